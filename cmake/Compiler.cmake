@@ -1,0 +1,25 @@
+# Warnings, sanitizers and the compiler cache, for every target of ours.
+
+add_library(brisko_options INTERFACE)
+target_compile_options(brisko_options INTERFACE
+  -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef
+  $<$<BOOL:${BRISKO_WARNINGS_AS_ERRORS}>:-Werror>)
+target_compile_definitions(brisko_options INTERFACE
+  _FILE_OFFSET_BITS=64
+  BRISKO_VERSION="${PROJECT_VERSION}"
+  $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+target_compile_options(brisko_options INTERFACE -fstack-protector-strong)
+target_link_options(brisko_options INTERFACE -Wl,-z,relro,-z,now)
+
+if(BRISKO_SANITIZE)
+  target_compile_options(brisko_options INTERFACE -fsanitize=${BRISKO_SANITIZE}
+                         $<$<BOOL:$<STREQUAL:${BRISKO_SANITIZE},address,undefined>>:-fno-sanitize-recover=undefined>)
+  target_link_options(brisko_options INTERFACE -fsanitize=${BRISKO_SANITIZE})
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  # Precompiled headers are cacheable only when ccache may overlook their time stamps.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
+endif()

@@ -1,0 +1,43 @@
+# The targets, one per layer, and the one call with which a module's folder fills them.
+#
+#   brisko_platform   the host seam and the small base below it (log, queues, property lists)
+#   brisko_engine     every module's scanner, tree, rules and removal; no toolkit
+#   brisko_terminal   the command line, a client of the engines
+#   brisko_window     pages and toolkit, the other client
+#
+# A target sees the folders of the layers below it and nothing else, so an include against the
+# arrows does not compile.
+
+add_library(brisko_platform STATIC)
+add_library(brisko_engine STATIC)
+add_library(brisko_terminal STATIC)
+add_library(brisko_window STATIC)
+
+foreach(layer platform engine terminal window)
+  target_link_libraries(brisko_${layer} PUBLIC brisko_options)
+endforeach()
+target_link_libraries(brisko_platform PUBLIC fmt::fmt Threads::Threads
+                      PRIVATE spdlog::spdlog PkgConfig::PLIST PkgConfig::MOUNT)
+target_link_libraries(brisko_engine PUBLIC brisko_platform)
+target_link_libraries(brisko_terminal PUBLIC brisko_engine
+                      PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
+target_link_libraries(brisko_window PUBLIC brisko_engine Qt6::Widgets
+                      PRIVATE Qt6::Svg Qt6::Network Qt6::DBus)
+set_target_properties(brisko_window PROPERTIES AUTOMOC ON AUTOUIC ON)
+target_compile_definitions(brisko_window PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+target_precompile_headers(brisko_window PRIVATE <QtWidgets> <functional> <memory> <string> <vector>)
+
+# brisko_module(ENGINE sources… PAGE sources and forms…), called in the module's own folder.
+function(brisko_module)
+  cmake_parse_arguments(PARSE_ARGV 0 MODULE "" "" "ENGINE;PAGE")
+  if(MODULE_ENGINE)
+    list(TRANSFORM MODULE_ENGINE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    target_sources(brisko_engine PRIVATE ${MODULE_ENGINE})
+    target_include_directories(brisko_engine PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  endif()
+  if(MODULE_PAGE)
+    list(TRANSFORM MODULE_PAGE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    target_sources(brisko_window PRIVATE ${MODULE_PAGE})
+    target_include_directories(brisko_window PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  endif()
+endfunction()
