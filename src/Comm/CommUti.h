@@ -1,5 +1,8 @@
 #pragma once
 
+#include "AttributedText.h"
+#include "FSRef.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -7,37 +10,26 @@
 
 namespace brisko {
 
-/// A text in which one part stands out: what the size line and the end screens show.
-struct AttributedText {
-  struct Run {
-    std::string text;
-    std::string colour;  ///< "#rrggbb"
-    int points = 14;
-    bool centred = false;
-  };
-  std::vector<Run> runs;  ///< one after the other; font "Helvetica Light" throughout
-
-  std::string plain() const;
-};
-
 /// Stateless helpers that every module shares. All are reentrant; none raises an error.
 class CommUti {
  public:
   // Byte counts as text. Units are decimal: 1 KB is 1000 bytes.
 
-  /// "%.0f byte" up to 999, then "%0.2f" of KB, MB, GB and from 1e12 on TB. The quotient is narrowed
-  /// to single precision before it is printed.
+  /// "%.0f byte" up to 999, then "%0.2f" of KB, MB, GB and from 1e12 on TB. The quotient is
+  /// narrowed to single precision before it is printed.
   static std::string longlongDiskSize(std::uint64_t bytes);
   /// The same text as `longlongDiskSize`.
   static std::string longlongConvertVolSpace(std::uint64_t bytes);
   /// "%0.2f" of KB, MB or GB (no smaller and no larger unit), computed in single precision.
   static std::string convertVolSpace(std::uint64_t bytes);
-  /// Bytes from a text of the above forms; 0 for anything else.
+  /// Bytes from a text of the above forms that ends in KB, MB, GB or TB, computed in single
+  /// precision; 0 for anything else, a count of bytes included. A negative number gives its wrapped
+  /// 64 bits.
   static std::uint64_t volSpaceFromString(std::string_view text);
 
-  /// Sum of the data-fork logical sizes below `path`, or of the file itself; 0 on any error. Links are
-  /// not followed and mounts not crossed. Blocks: not for the main thread.
-  static std::uint64_t sizeOfFileRef(const std::string& path);
+  /// Sum of the data-fork logical sizes below a folder, or of the item itself; 0 on any error.
+  /// Links are not followed and mounts not crossed. Blocks: not for the main thread.
+  static std::uint64_t sizeOfFileRef(const FSRef& reference);
 
   // Search locations, in the order in which they are searched.
 
@@ -53,8 +45,8 @@ class CommUti {
 
   // The system and the process.
 
-  /// Each out-parameter may be null. On failure "Unable to obtain system version: %ld" is logged and
-  /// the version is 10.0.0.
+  /// Each out-parameter may be null. On failure "Unable to obtain system version: %ld" is logged
+  /// and the version is 10.0.0.
   static void getSystemVersionMajor(std::uint32_t* major, std::uint32_t* minor,
                                     std::uint32_t* bugFix);
   /// major × 100 + minor: 10.9 gives 1009, 11.2 gives 1102.
@@ -68,7 +60,8 @@ class CommUti {
   static bool isBelongRunningApp(std::string_view bundleIdentifier);
 
   /// The whole of `main` in `mainColour` at 14 points, the first occurrence of `change` in
-  /// `changeColour` at 18 points, centred.
+  /// `changeColour` at 18 points, centred. When there is none, "Failed _2" is logged and `main`
+  /// alone comes back.
   static AttributedText setStringFontWithMainStr(const std::string& main,
                                                  const std::string& mainColour,
                                                  const std::string& change,

@@ -14,7 +14,8 @@ namespace brisko {
 
 /// One entry of a folder. `name` points into the batch it was read with.
 struct CatalogItem {
-  std::string_view name;  ///< bytes as the file system gives them, never "." or ".."
+  /// Bytes as the file system gives them, never "." or ".."; a zero byte follows them.
+  std::string_view name;
   FileKind kind = FileKind::unknown;
   std::uint64_t inode = 0;
 
@@ -58,6 +59,11 @@ class Catalog {
     /// Null on failure, with errno's value in `error`.
     virtual std::unique_ptr<Folder> open(std::string_view name, int& error) = 0;
 
+    /// Opens the folder that holds this one, if that still is the given one: a folder that was moved
+    /// meanwhile does not lead a walk elsewhere. Null on failure, with errno's value in `error`.
+    virtual std::unique_ptr<Folder> openParent(std::uint64_t device, std::uint64_t inode,
+                                               int& error) = 0;
+
     /// errno's value that ended `read`; 0 at the end of the folder.
     virtual int error() const = 0;
 
@@ -67,7 +73,8 @@ class Catalog {
 
   virtual ~Catalog() = default;
 
-  /// Opens the folder at `path`; a path that is itself a link is not followed. Null on failure, with
+  /// Opens the folder at `path`, of any length; a path that is itself a link is not followed, links
+  /// before its last component are. Null on failure, with
   /// errno's value in `error` (ENOTDIR for anything but a folder, a link included).
   virtual std::unique_ptr<Folder> open(const std::string& path, int& error) = 0;
 

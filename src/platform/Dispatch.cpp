@@ -85,8 +85,9 @@ WorkerPool& workerPool() {
   return *pool;
 }
 
-// What the participants of one apply() share. Helpers that start after the last index was taken find
-// nothing to do, so the caller waits only for indices in flight, never for a place in the pool.
+// What the participants of one apply() share. Helpers that start after the last index was taken
+// find nothing to do, so the caller waits only for indices in flight, never for a place in the
+// pool.
 struct Application {
   const std::function<void(std::size_t)>* block = nullptr;
   std::size_t count = 0;
@@ -143,7 +144,9 @@ void Dispatch::mainSync(const Block& block) {
   meeting->ended.wait(lock, [&] { return meeting->done; });
 }
 
-void Dispatch::global(Block block) { workerPool().add(std::move(block)); }
+void Dispatch::global(Block block) {
+  workerPool().add(std::move(block));
+}
 
 void Dispatch::apply(std::size_t count, const std::function<void(std::size_t)>& block) {
   if (count == 0) return;
@@ -160,9 +163,13 @@ void Dispatch::apply(std::size_t count, const std::function<void(std::size_t)>& 
   work->finished.wait(lock, [&] { return work->ended == work->count; });
 }
 
-void Dispatch::attachMainThread() { mainQueue().thread = std::this_thread::get_id(); }
+void Dispatch::attachMainThread() {
+  mainQueue().thread = std::this_thread::get_id();
+}
 
-bool Dispatch::isMainThread() { return mainQueue().thread == std::this_thread::get_id(); }
+bool Dispatch::isMainThread() {
+  return mainQueue().thread == std::this_thread::get_id();
+}
 
 void Dispatch::setWake(Block wake) {
   MainQueue& queue = mainQueue();
@@ -199,6 +206,8 @@ void Dispatch::runUntil(const std::function<bool()>& done, std::chrono::millisec
   }
 }
 
-void Dispatch::waitForBackground() { workerPool().waitUntilIdle(); }
+void Dispatch::waitForBackground() {
+  workerPool().waitUntilIdle();
+}
 
 }  // namespace brisko

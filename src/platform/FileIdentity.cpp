@@ -6,14 +6,22 @@ namespace brisko {
 
 FileKind fileKind(std::uint32_t mode) {
   switch (mode & S_IFMT) {
-    case S_IFREG: return FileKind::regular;
-    case S_IFDIR: return FileKind::directory;
-    case S_IFLNK: return FileKind::symbolicLink;
-    case S_IFIFO: return FileKind::fifo;
-    case S_IFSOCK: return FileKind::socket;
-    case S_IFCHR: return FileKind::characterDevice;
-    case S_IFBLK: return FileKind::blockDevice;
-    default: return FileKind::unknown;
+    case S_IFREG:
+      return FileKind::regular;
+    case S_IFDIR:
+      return FileKind::directory;
+    case S_IFLNK:
+      return FileKind::symbolicLink;
+    case S_IFIFO:
+      return FileKind::fifo;
+    case S_IFSOCK:
+      return FileKind::socket;
+    case S_IFCHR:
+      return FileKind::characterDevice;
+    case S_IFBLK:
+      return FileKind::blockDevice;
+    default:
+      return FileKind::unknown;
   }
 }
 

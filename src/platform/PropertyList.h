@@ -10,11 +10,11 @@
 
 namespace brisko {
 
-/// A property-list value: boolean, integer, real, text, date, data, array or dictionary, or null for
-/// what is not there. Reading goes through XML and binary lists alike.
+/// A property-list value: boolean, integer, real, text, date, data, array or dictionary, or null
+/// for what is not there. Reading goes through XML and binary lists alike.
 ///
-/// Look-ups never fail: a missing key, an index out of range or a value of another type gives null, 0,
-/// false or "". That is the rule for tables and tool output, where absent means empty.
+/// Look-ups never fail: a missing key, an index out of range or a value of another type gives null,
+/// 0, false or "". That is the rule for tables and tool output, where absent means empty.
 class PropertyList {
  public:
   using Array = std::vector<PropertyList>;
@@ -28,7 +28,12 @@ class PropertyList {
     friend bool operator==(const Date&, const Date&) = default;
   };
 
-  PropertyList() = default;
+  PropertyList();
+  ~PropertyList();
+  PropertyList(const PropertyList& other);
+  PropertyList(PropertyList&& other) noexcept;
+  PropertyList& operator=(const PropertyList& other);
+  PropertyList& operator=(PropertyList&& other) noexcept;
   PropertyList(bool value) : value_(value) {}
   PropertyList(int value) : value_(std::int64_t{value}) {}
   PropertyList(std::int64_t value) : value_(value) {}
@@ -42,17 +47,21 @@ class PropertyList {
   PropertyList(Dictionary value) : value_(std::move(value)) {}
 
   /// Reads an XML or binary property list. A file that is missing, unreadable, broken, deeper than
-  /// 512 levels or larger than 64 MiB gives null; all but a missing file also give one log line.
+  /// 512 levels, larger than 64 MiB or of more than 2,000,000 values (shared ones counted at each
+  /// place) gives null; all but a missing file also give one log line. An archive's reference
+  /// number reads as a dictionary {"CF$UID": number}.
   static PropertyList read(const std::string& path);
 
   /// The same from memory; `name` is what the log line calls it.
   static PropertyList parse(std::string_view bytes, std::string_view name);
 
-  /// As XML text.
+  /// As XML text. Null values are left out; a date is cut to whole seconds.
   std::string xml() const;
+  /// The one element of a value that is no container; empty for a container and for null.
+  std::string scalarXml() const;
 
-  /// Writes as XML over the file's own content (same inode, not atomically; made with mode 0600 when
-  /// missing; a link at the path is refused). False, and one log line, on failure.
+  /// Writes as XML over the file's own content (same inode, not atomically; made with mode 0600
+  /// when missing; a link at the path is refused). False, and one log line, on failure.
   bool writeInPlace(const std::string& path) const;
 
   bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
@@ -62,8 +71,8 @@ class PropertyList {
   bool isArray() const { return std::holds_alternative<Array>(value_); }
   bool isDictionary() const { return std::holds_alternative<Dictionary>(value_); }
 
-  bool boolean() const;             ///< a number counts as true when it is not 0
-  std::int64_t integer() const;     ///< a real is truncated; out of range gives 0
+  bool boolean() const;                   ///< a number counts as true when it is not 0
+  std::int64_t integer() const;           ///< a real is truncated; out of range gives 0
   std::uint64_t unsignedInteger() const;  ///< a negative number gives 0
   double real() const;
   const std::string& string() const;

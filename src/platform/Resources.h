@@ -25,7 +25,7 @@ class Resources {
   /// (XDG_DATA_HOME/brisko). False, and one log line, when that fails.
   static bool writeTable(std::string_view name, const PropertyList& table);
 
-  /// The SVG for an image name. Names come with and without "@2x" and ".png", and with ".svg".
+  /// The SVG for an image name, from "images/". Names come with and without "@2x" and ".png", and with ".svg".
   static std::optional<std::string> image(std::string_view imageName);
 };
 

@@ -9,7 +9,7 @@
 
 namespace brisko {
 
-/// The system log: one line for each failure or notice, as syslog's "brisko" at level notice.
+/// The system log: one line for each failure or notice, as syslog's "brisko".
 ///
 /// A line is a single line whatever went into it: control characters and line breaks of a path or a
 /// name are escaped before it is written. Usable from every thread.
@@ -28,7 +28,8 @@ class SystemLog {
   /// Also writes every line to standard error ("--verbose").
   static void setEchoToStandardError(bool echo);
 
-  /// Gives every line to `sink` as well, until another sink or an empty one takes its place. Tests
+  /// Gives every line to `sink` as well, one at a time, until another sink or an empty one takes its
+  /// place; none is in the old one when this returns. A sink must not log itself. Tests
   /// read the log through it. Returns the sink that was there.
   static Sink setSink(Sink sink);
 };

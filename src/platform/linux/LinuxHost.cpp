@@ -1,0 +1,21 @@
+#include "Host.h"
+#include "LinuxCatalog.h"
+#include "LinuxHostFolders.h"
+#include "LinuxPreferences.h"
+#include "LinuxSystemVersion.h"
+
+namespace brisko {
+
+std::unique_ptr<Host> makeHost(const HostOptions& options) {
+  auto host = std::make_unique<Host>();
+  host->folders = std::make_unique<LinuxHostFolders>(options.root);
+  const HostFolders& folders = *host->folders;
+  host->catalog = std::make_unique<LinuxCatalog>();
+  host->preferences = std::make_unique<LinuxPreferences>(
+      folders.variable("XDG_CONFIG_HOME").value_or("") + "/brisko/Preferences");
+  host->systemVersion = std::make_unique<LinuxSystemVersion>(
+      folders.path("/System/Library/CoreServices/SystemVersion.plist"));
+  return host;
+}
+
+}  // namespace brisko
