@@ -17,6 +17,7 @@ struct FolderSize {
   bool isCancelled = false;          ///< what was counted until then
 
   std::uint64_t total() const { return dataSize + resourceSize; }
+  FolderSize& operator+=(const FolderSize& other);
 };
 
 /// Sums the tree below `folder`: follows no link, crosses no mount, builds no path, opens nothing

@@ -1,0 +1,40 @@
+#include "FolderSizeQueue.h"
+
+#include <utility>
+
+namespace brisko {
+
+void FolderSizeQueue::updateWanted() {
+  wanted_ = static_cast<std::ptrdiff_t>(waiting_) - static_cast<std::ptrdiff_t>(tasks_.size());
+}
+
+void FolderSizeQueue::give(FolderSizeTask task) {
+  std::lock_guard lock(mutex_);
+  tasks_.push_back(std::move(task));
+  updateWanted();
+  changed_.notify_one();
+}
+
+bool FolderSizeQueue::take(FolderSizeTask& task) {
+  std::unique_lock lock(mutex_);
+  ++waiting_;
+  updateWanted();
+  changed_.wait(lock, [this] { return !tasks_.empty() || working_ == 0; });
+  --waiting_;
+  const bool found = !tasks_.empty();
+  if (found) {
+    task = std::move(tasks_.front());
+    tasks_.pop_front();
+    ++working_;
+  }
+  updateWanted();
+  return found;
+}
+
+void FolderSizeQueue::finish(const FolderSize& part) {
+  std::lock_guard lock(mutex_);
+  sum_ += part;
+  if (--working_ == 0 && tasks_.empty()) changed_.notify_all();
+}
+
+}  // namespace brisko
