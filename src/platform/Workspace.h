@@ -41,8 +41,8 @@ class Workspace {
   /// Applications of this user that run now. Empty when that cannot be found out.
   virtual std::vector<LaunchedApplication> launchedApplications() = 0;
 
-  /// Volumes that hold files of people: no pseudo file systems, each device once, "/" first, then in
-  /// mount order.
+  /// Volumes that hold files of people: no pseudo file systems, each device once, "/" first, then
+  /// in mount order.
   virtual std::vector<MountedVolume> mountedVolumes() = 0;
 
   /// Calls `observer` on the main queue for each volume that is mounted or unmounted from now on.
@@ -51,15 +51,12 @@ class Workspace {
   virtual void stopObserving(int token) = 0;
 
   /// The name of the icon that suits what `path` names, in the icon-naming convention of desktops
-  /// ("folder", "text-x-generic" …). Never opens the file.
+  /// ("folder", "text-x-generic" …). Goes by kind and name; never opens the file.
   virtual std::string iconName(const std::string& path) = 0;
 
   /// Opens a web or settings address in the program that the user set for it. False when none could
   /// be started.
   virtual bool openAddress(const std::string& address) = 0;
-
-  /// Shows the file in the file browser, selected where that can be done.
-  virtual bool reveal(const std::string& path) = 0;
 };
 
 }  // namespace brisko

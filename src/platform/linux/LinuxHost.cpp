@@ -3,6 +3,7 @@
 #include "LinuxHostFolders.h"
 #include "LinuxPreferences.h"
 #include "LinuxSystemVersion.h"
+#include "LinuxWorkspace.h"
 
 namespace brisko {
 
@@ -15,6 +16,7 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
       folders.variable("XDG_CONFIG_HOME").value_or("") + "/brisko/Preferences");
   host->systemVersion = std::make_unique<LinuxSystemVersion>(
       folders.path("/System/Library/CoreServices/SystemVersion.plist"));
+  host->workspace = std::make_unique<LinuxWorkspace>();
   return host;
 }
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "LinuxVolumeWatch.h"
+#include "Workspace.h"
+
+namespace brisko {
+
+class LinuxWorkspace : public Workspace {
+ public:
+  std::vector<LaunchedApplication> launchedApplications() override;
+  std::vector<MountedVolume> mountedVolumes() override;
+  int observeVolumes(Observer observer) override;
+  void stopObserving(int token) override;
+  std::string iconName(const std::string& path) override;
+  bool openAddress(const std::string& address) override;
+
+ private:
+  LinuxVolumeWatch watch_;
+};
+
+}  // namespace brisko
