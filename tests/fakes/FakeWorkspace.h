@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Workspace.h"
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace brisko::test {
+
+/// A session that the test writes down: volumes, applications, and what was asked to be opened.
+struct FakeWorkspace : Workspace {
+  std::vector<LaunchedApplication> applications;
+  std::vector<MountedVolume> volumes;
+  std::vector<std::string> opened;
+  bool opens = true;
+  std::map<int, Observer> observers;
+
+  /// Adds a volume and tells the observers, on the caller.
+  void mount(const MountedVolume& volume) {
+    volumes.push_back(volume);
+    for (const auto& [token, observer] : observers)
+      observer(volume, true);
+  }
+
+  std::vector<LaunchedApplication> launchedApplications() override { return applications; }
+  std::vector<MountedVolume> mountedVolumes() override { return volumes; }
+  int observeVolumes(Observer observer) override {
+    const int token = observers.empty() ? 1 : observers.rbegin()->first + 1;
+    observers.emplace(token, std::move(observer));
+    return token;
+  }
+  void stopObserving(int token) override { observers.erase(token); }
+  std::string iconName(const std::string&) override { return "unknown"; }
+  bool openAddress(const std::string& address) override {
+    opened.push_back(address);
+    return opens;
+  }
+};
+
+}  // namespace brisko::test
