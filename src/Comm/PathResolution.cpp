@@ -15,6 +15,7 @@ namespace brisko {
 namespace {
 
 constexpr int kMaximumLinks = 40;
+constexpr std::size_t kDeepestLink = 1;  // names above it: "/home/user" may be one, no deeper
 
 // Opens names below the root, as many at a time as one call takes: the path to an item may be
 // longer than PATH_MAX.
@@ -36,8 +37,10 @@ FileDescriptor openFolder(const RemovalCalls& calls, const std::vector<std::stri
   return folder;
 }
 
-bool onlyRootWrites(const struct stat& status) {
-  return status.st_uid == 0 && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+// A folder of the system: root's, open to everybody, written by nobody else.
+bool isSystemFolder(const struct stat& status) {
+  return status.st_uid == 0 && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0 &&
+         (status.st_mode & S_IXOTH) != 0;
 }
 
 // Follows the links of the system that lie on a path, one name at a time and by descriptor.
@@ -89,7 +92,9 @@ class SystemLinks {
     struct stat folder;
     char target[PATH_MAX];
     if (::fstat(folder_.get(), &folder) != 0) return false;
-    if (status.st_uid != 0 || !onlyRootWrites(folder) || ++followed_ > kMaximumLinks) {
+    const bool isSystemLink =
+        status.st_uid == 0 && names_.size() <= kDeepestLink && isSystemFolder(folder);
+    if (!isSystemLink || ++followed_ > kMaximumLinks) {
       errno = ELOOP;
       return false;
     }

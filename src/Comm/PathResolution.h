@@ -31,10 +31,12 @@ std::string joinPath(const std::vector<std::string>& names, std::size_t count);
 
 /// Opens the folder that `path` lies in.
 ///
-/// No link on the way is followed, with one exception: a link that root owns in a folder that only
-/// root can write, such as "/var/run" or a "/home" that was put on another disk. Nobody but the
-/// system's own administrator can have laid or can redirect it. With `systemLinks` false these are
-/// refused as well.
+/// No link on the way is followed, with one exception: a link of the system such as "/var/run", or
+/// a
+/// "/home" or "/home/NAME" that was put on another disk. Root owns it, it lies in "/" or in a
+/// folder of
+/// "/", and only root can write there, so nobody but the administrator can have laid or can
+/// redirect it. With `systemLinks` false these are refused as well.
 ParentFolder openParent(const RemovalCalls& calls, const std::string& path,
                         bool systemLinks = true);
 

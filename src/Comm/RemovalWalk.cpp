@@ -94,6 +94,10 @@ bool isMountRoot(const struct statx& facts) {
 RemovalReport reportOfError(const std::string& path, int error) {
   RemovalReport report;
   report.outcome = outcomeOf(error);
+  if (error == ENOENT) {
+    report.reason = "It is not there.";
+    return report;
+  }
   report.reason =
       fmt::format("\"{}\" stays: {}.", escapedForDisplay(shortened(path)), wordsFor(error));
   return report;
