@@ -34,6 +34,8 @@ ${rows}    {nullptr, nullptr, nullptr}};
 const EmbeddedResource* embeddedResources() { return kTable; }
 }  // namespace brisko
 " @ONLY)
-  set_source_files_properties(${asm} PROPERTIES OBJECT_DEPENDS "${depends}")
+  # The target belongs to another folder, which would not see the property without being named.
+  set_source_files_properties(${asm} TARGET_DIRECTORY ${target}
+                              PROPERTIES OBJECT_DEPENDS "${depends}")
   target_sources(${target} PRIVATE ${asm} ${table})
 endfunction()

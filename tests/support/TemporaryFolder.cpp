@@ -1,12 +1,14 @@
 #include "TemporaryFolder.h"
 
+#include "UnlinkGuard.h"
+
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-
-#include <gtest/gtest.h>
 
 namespace fs = std::filesystem;
 
@@ -19,6 +21,7 @@ TemporaryFolder::TemporaryFolder() {
     std::abort();
   }
   path_ = pattern;
+  UnlinkGuard::allow(path_);
 }
 
 TemporaryFolder::~TemporaryFolder() {
@@ -34,6 +37,7 @@ TemporaryFolder::~TemporaryFolder() {
     }
   }
   fs::remove_all(path_, error);
+  UnlinkGuard::disallow(path_);
 }
 
 std::string TemporaryFolder::folder(std::string_view name) const {

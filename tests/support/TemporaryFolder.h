@@ -5,7 +5,8 @@
 
 namespace brisko::test {
 
-/// A folder of the running test's own. Deleted when the test passed, kept (and named) when it failed.
+/// A folder of the running test's own. Deleted when the test passed, kept (and named) when it
+/// failed.
 class TemporaryFolder {
  public:
   TemporaryFolder();
