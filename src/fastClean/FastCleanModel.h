@@ -2,6 +2,7 @@
 
 #include "CommUti.h"
 #include "FastCleanScanFile.h"
+#include "Removal.h"
 #include "TCTreeNode.h"
 
 #include <array>
@@ -9,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -61,7 +63,8 @@ class FastCleanModelListener {
   virtual void rowChanged(int /*category*/) {}
   virtual void sizeLineChanged() {}
   virtual void detailListChanged() {}  ///< entries, selection label, select-all box
-  virtual void cleaningProgressed(const std::string& /*path*/) {}  ///< before each removal
+  /// The path being removed, at most every 50 ms.
+  virtual void cleaningProgressed(const std::string& /*path*/) {}
 };
 
 /// The Junk Cleaner's page without its widgets: every state, text, image name and rule that both
@@ -111,6 +114,8 @@ class FastCleanModel {
   void backHomeButtonAction();  ///< a scan that still runs is stopped and its reports dropped
   void checkBoxButtonAction(int category);
   void detailButtonAction(int category);
+  /// Ticks all entries of a category, as the terminal does for one that is named.
+  void selectCategory(int category);
 
   // The detail list of one category.
 
@@ -153,9 +158,21 @@ class FastCleanModel {
   static void toggleCategory(TCTreeNode& category);
 
  private:
-  struct CleanResult;
-  struct Lifetime;
+  /// What background blocks hold of the model: as long as `model` is set, on the main thread, it
+  /// lives.
+  struct Lifetime {
+    FastCleanModel* model = nullptr;
+  };
+  /// One cleaning, shared with its background block.
+  struct Cleaning {
+    std::vector<FastCleanItem> items;    ///< fixed before the background begins
+    std::vector<RemovalReport> reports;  ///< one per item that was tried; read when it has ended
+    std::atomic<bool> stop{false};
+    std::mutex mutex;
+    std::string pathAtWork;  ///< guarded by `mutex`
+  };
 
+  static void removeItems(Cleaning& cleaning, const std::weak_ptr<Lifetime>& lifetime);
   void addDetailView();
   void getProgress(int category);
   void scanEnded();
@@ -163,9 +180,11 @@ class FastCleanModel {
   void refreshSelection();
   void changeCleanButtonEnabled();
   void setAllSelectBut();
-  void cleanEnd(const CleanResult& result);
+  void takeResults(const Cleaning& cleaning);
+  void cleanEnd(const Cleaning& cleaning);
   void showCleanEnd();
   void tell(void (FastCleanModelListener::*what)());
+  void tellRow(int category);
   void tellRows();
 
   FastCleanModelListener* listener_ = nullptr;
@@ -177,8 +196,8 @@ class FastCleanModel {
   bool isCanClick_ = true;
   bool backHomeEnabled_ = true;
   bool completedShown_ = false;
-  bool isCleaning_ = false;
   bool rowsMade_ = false;
+  std::shared_ptr<Cleaning> cleaning_;  ///< set while cleaning
   FastCleanButton mainButton_;
   std::array<FastTypeRow, kJunkCategoryCount> rows_;
   FastCleanScanFile::Nodes allTypeArr_;

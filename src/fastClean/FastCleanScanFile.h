@@ -16,6 +16,8 @@ namespace brisko {
 
 inline constexpr int kJunkCategoryCount = 6;
 
+class HostLocations;
+
 /// A location or folder that the scan could not look into, and why, in one line for people.
 struct SkippedPath {
   std::string path;
@@ -70,11 +72,10 @@ class FastCleanScanFile {
   /// terminal's list of categories. All six unless told.
   void setCategories(const std::array<bool, kJunkCategoryCount>& wanted);
 
-  /// Called on the main queue after each category with its index.
+  /// Called on the main queue after each category with its index. There is no operation to call
+  /// with paths: one call per path would flood the main queue. Whoever shows progress asks
+  /// `pathAtWork`, a few times a second.
   void setProgressSEL(std::function<void(int category)> report);
-  /// Where paths may be shown. The scan does not call it once per path, which would flood the main
-  /// queue: whoever shows progress asks `pathAtWork`, a few times a second.
-  void setPathSEL(std::function<void(const std::string& path)> show);
 
   /// The entry that was measured last, for a progress line. Usable from every thread.
   std::string pathAtWork() const;
@@ -84,21 +85,20 @@ class FastCleanScanFile {
 
   /// The locations of a category as the scan takes them: the defined ones, then the host's own.
   static std::vector<JunkLocation> locations(int category);
+  static std::vector<JunkLocation> locations(int category, const HostLocations& host);
 
  private:
   struct Run;
-  void scanCategory(Run& run, int category);
+  void scanCategory(Run& run, int category, const std::vector<JunkLocation>& places);
 
   std::function<void(int)> progressSEL_;
-  std::function<void(const std::string&)> pathSEL_;
   std::atomic<bool> beStop_{false};
-  std::atomic<bool> abandoned_{false};
   std::array<bool, kJunkCategoryCount> wanted_;
   Nodes allType_;
-  std::uint64_t generation_ = 0;  ///< main thread; which `getAllList` reports belong to
-  std::shared_ptr<Run> prepared_;
-  std::mutex scanning_;       ///< one scan at a time
-  mutable std::mutex mutex_;  ///< guards what follows
+  std::shared_ptr<Run> run_;       ///< the last one prepared; main thread
+  std::mutex scanning_;            ///< one scan at a time
+  mutable std::mutex mutex_;       ///< guards what follows
+  std::shared_ptr<Run> prepared_;  ///< waits for the background to begin
   std::string pathAtWork_;
   std::vector<SkippedPath> skipped_;
 };

@@ -3,6 +3,7 @@
 #include "FileIdentity.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brisko {
@@ -11,20 +12,26 @@ namespace brisko {
 struct JunkLocation {
   std::string path;
   std::vector<std::string> include;  ///< name patterns; empty takes every name
-  std::vector<std::string> exclude;  ///< name patterns that are never taken
-  std::vector<FileKind> kinds;       ///< empty takes every kind
+  /// Name patterns that are never taken. In lower case; case does not count, because a rule that
+  /// protects had better protect too much.
+  std::vector<std::string> exclude;
+  std::vector<FileKind> kinds;  ///< empty takes every kind
   /// An entry that holds something of such a name, itself or one folder down, is left out whole: it
-  /// keeps more than a cache.
+  /// keeps more than a cache. Patterns in lower case; case does not count.
   std::vector<std::string> keepIfContains;
   /// Paths that belong to other locations: an entry that is one of them or holds one is left out.
   std::vector<std::string> claimed;
 
-  bool hasFilters() const { return !(include.empty() && exclude.empty() && kinds.empty()); }
   /// Whether an entry of this name and kind is taken.
   bool takes(const std::string& name, FileKind kind) const;
 };
 
-/// Whether `name` matches a shell pattern ("*", "?", "[…]"); a leading dot is nothing special.
-bool nameMatches(const std::string& pattern, const std::string& name);
+/// Whether `name` matches a shell pattern ("*", "?", "[a-z]", "[!a-z]"). A leading dot is nothing
+/// special. Bytes are compared, whatever the locale: a name that is not UTF-8 must not slip past a
+/// rule that protects it.
+bool nameMatches(std::string_view pattern, std::string_view name);
+
+std::string lowerCase(std::string_view text);  ///< ASCII letters only
+bool matchesAny(const std::vector<std::string>& patterns, std::string_view name);
 
 }  // namespace brisko
