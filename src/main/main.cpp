@@ -2,6 +2,6 @@
 #include "Window.h"
 
 int main(int argc, char** argv) {
-  if (argc > 1 || !brisko::displayIsAvailable()) return brisko::runTerminal(argc, argv);
-  return brisko::runWindow(argc, argv);
+  const bool hasDisplay = brisko::displayIsAvailable();
+  return brisko::runTerminal(argc, argv, hasDisplay ? brisko::runWindow : brisko::WindowEntry());
 }

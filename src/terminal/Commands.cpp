@@ -1,0 +1,28 @@
+#include "Commands.h"
+
+#include "JunkCommand.h"
+
+namespace brisko {
+namespace {
+
+using Maker = std::unique_ptr<Command> (*)();
+
+template <typename Kind>
+std::unique_ptr<Command> make() {
+  return std::make_unique<Kind>();
+}
+
+constexpr Maker kMakers[] = {
+    make<JunkCommand>,
+};
+
+}  // namespace
+
+std::vector<std::unique_ptr<Command>> makeCommands() {
+  std::vector<std::unique_ptr<Command>> commands;
+  for (const Maker maker : kMakers)
+    commands.push_back(maker());
+  return commands;
+}
+
+}  // namespace brisko
