@@ -1,10 +1,10 @@
 #include "Dispatch.h"
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <thread>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace brisko {
 namespace {
@@ -58,7 +58,8 @@ TEST(Dispatch, ApplyRunsEachIndexOnceEvenFromAllWorkersAtATime) {
     Dispatch::global([&] {
       std::vector<std::atomic<int>> hits(100);
       Dispatch::apply(hits.size(), [&](std::size_t index) { ++hits[index]; });
-      for (auto& hit : hits) total += hit == 1 ? 1 : -1000;
+      for (auto& hit : hits)
+        total += hit == 1 ? 1 : -1000;
       ++ended;
     });
   }
