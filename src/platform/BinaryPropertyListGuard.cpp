@@ -26,6 +26,8 @@ struct Cost {
   std::uint64_t values = 1;
   std::uint64_t bytes = 0;
   std::size_t levels = 1;
+  bool hasZero =
+      false;  // a text with a zero character, which the library ends the process for in a key
 };
 
 // A container on the way from the root to the value at hand.
@@ -33,6 +35,7 @@ struct Open {
   std::uint64_t object = 0;
   std::uint64_t references = 0;  ///< where its references begin
   std::uint64_t count = 0;
+  std::uint64_t keys = 0;  ///< how many of them, the first ones, are keys
   std::uint64_t next = 0;
   Cost cost;
 };
@@ -102,7 +105,7 @@ class BinaryScan {
     switch (marker) {
       case Marker::utf16:
         return length > bytes_.size() ? fail("a text is too long")
-                                      : leaf(object, content, length * 2);
+                                      : text(object, content, length * 2, 2);
       case Marker::array:
         return container(object, content, length, 1);
       case Marker::dictionary:
@@ -110,8 +113,9 @@ class BinaryScan {
       case 0x0:
         return leaf(object, content, 0);
       case Marker::data:
-      case Marker::ascii:
         return leaf(object, content, length);
+      case Marker::ascii:
+        return text(object, content, length, 1);
       default:
         return fail("a value is of an unknown kind");
     }
@@ -132,8 +136,16 @@ class BinaryScan {
   void leaf(std::uint64_t object, std::uint64_t content, std::uint64_t size) {
     if (content > table_ || size > table_ - content) return fail("a value is cut off");
     states_[object] = State::done;
-    costs_[object] = {1, size, 1};
+    costs_[object] = {1, size, 1, false};
     add(costs_[object]);
+  }
+
+  void text(std::uint64_t object, std::uint64_t content, std::uint64_t size, std::uint64_t unit) {
+    leaf(object, content, size);
+    if (!fault_.empty()) return;
+    for (std::uint64_t i = 0; i < size && !costs_[object].hasZero; i += unit) {
+      costs_[object].hasZero = number(content + i, unit) == 0;
+    }
   }
 
   void container(std::uint64_t object, std::uint64_t content, std::uint64_t length,
@@ -143,14 +155,19 @@ class BinaryScan {
     }
     if (open_.size() >= PropertyListBounds::kLevels) return fail("it is nested too deep");
     states_[object] = State::open;
-    open_.push_back({object, content, length * perEntry, 0, {}});
+    const std::uint64_t keys = perEntry == 2 ? length : 0;
+    open_.push_back({object, content, length * perEntry, keys, 0, {}});
   }
 
   void step() {
     Open& top = open_.back();
     if (top.next < top.count) {
-      const std::uint64_t at = top.references + top.next++ * referenceSize_;
-      return enter(number(at, referenceSize_));
+      const bool isKey = top.next < top.keys;
+      const std::uint64_t object =
+          number(top.references + top.next++ * referenceSize_, referenceSize_);
+      enter(object);
+      if (isKey && fault_.empty() && costs_[object].hasZero) fail("a key has a zero character");
+      return;
     }
     const Open ended = top;
     open_.pop_back();

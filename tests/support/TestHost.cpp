@@ -41,21 +41,9 @@ TestHost::TestHost(const std::string& root) {
   version_ = version.get();
   made->systemVersion = std::move(version);
   before_ = Host::install(std::move(made));
-  sinkBefore_ = SystemLog::setSink([this](std::string_view line) {
-    std::lock_guard lock(mutex_);
-    lines_.emplace_back(line);
-  });
 }
 
-TestHost::~TestHost() {
-  SystemLog::setSink(std::move(sinkBefore_));
-  Host::install(std::move(before_));
-}
-
-std::vector<std::string> TestHost::log() const {
-  std::lock_guard lock(mutex_);
-  return lines_;
-}
+TestHost::~TestHost() { Host::install(std::move(before_)); }
 
 bool TestHost::logged(const std::string& line) const {
   const auto lines = log();

@@ -1,12 +1,11 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "Host.h"
-#include "SystemLog.h"
+#include "LogCapture.h"
 
 namespace brisko::test {
 
@@ -46,16 +45,14 @@ class TestHost {
   Host& host() { return Host::current(); }
   FakeSystemVersion& version() { return *version_; }
 
-  std::vector<std::string> log() const;
+  std::vector<std::string> log() const { return log_.lines(); }
   bool logged(const std::string& line) const;
 
  private:
   std::vector<std::unique_ptr<Environment>> environment_;
   std::unique_ptr<Host> before_;
   FakeSystemVersion* version_ = nullptr;
-  mutable std::mutex mutex_;
-  std::vector<std::string> lines_;
-  SystemLog::Sink sinkBefore_;
+  LogCapture log_;
 };
 
 }  // namespace brisko::test
