@@ -22,7 +22,7 @@ target_link_libraries(brisko_engine PUBLIC brisko_platform)
 target_link_libraries(brisko_terminal PUBLIC brisko_engine
                       PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_link_libraries(brisko_window PUBLIC brisko_engine Qt6::Widgets
-                      PRIVATE Qt6::Svg Qt6::Network Qt6::DBus)
+                      PRIVATE Qt6::Svg Qt6::Network Qt6::DBus PkgConfig::XCB)
 set_target_properties(brisko_window PROPERTIES AUTOMOC ON AUTOUIC ON)
 target_compile_definitions(brisko_window PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
 target_precompile_headers(brisko_window PRIVATE <QtWidgets> <functional> <memory> <string> <vector>)

@@ -191,6 +191,25 @@ std::size_t Dispatch::runPending() {
   return now.size();
 }
 
+bool Dispatch::runPendingFor(std::chrono::microseconds budget) {
+  MainQueue& queue = mainQueue();
+  const auto end = std::chrono::steady_clock::now() + budget;
+  for (;;) {
+    Block block;
+    {
+      std::lock_guard lock(queue.mutex);
+      if (queue.blocks.empty()) return false;
+      block = std::move(queue.blocks.front());
+      queue.blocks.pop_front();
+    }
+    block();
+    block = nullptr;
+    if (std::chrono::steady_clock::now() >= end) break;
+  }
+  std::lock_guard lock(queue.mutex);
+  return !queue.blocks.empty();
+}
+
 void Dispatch::runUntil(const std::function<bool()>& done, std::chrono::milliseconds poll) {
   MainQueue& queue = mainQueue();
   while (!done()) {

@@ -44,6 +44,11 @@ class Dispatch {
   /// blocks ran.
   static std::size_t runPending();
 
+  /// Runs main-queue blocks, one at a time, until the queue is empty or `budget` is used up (checked
+  /// after each block, so at least one runs). True when blocks are left. For an event loop that has
+  /// input and frames to see to between two slices; a block may run such a loop itself.
+  static bool runPendingFor(std::chrono::microseconds budget);
+
   /// Runs main-queue blocks until `done` answers true, which is asked after each block and at least
   /// every `poll`.
   static void runUntil(const std::function<bool()>& done,

@@ -1,0 +1,133 @@
+#include "VolumeList.h"
+
+#include "CommUti.h"
+#include "Dispatch.h"
+#include "Host.h"
+#include "ImageView.h"
+#include "LocalizedString.h"
+#include "Theme.h"
+#include "UsageBar.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPointer>
+
+namespace brisko {
+namespace {
+
+QLabel* plainLabel(const char* role, const char* name) {
+  auto* label = new QLabel;
+  label->setObjectName(QLatin1String(name));
+  label->setProperty("role", QLatin1String(role));
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+QString figures(const MountedVolume& volume) {
+  const QString free = QString::fromStdString(CommUti::convertVolSpace(volume.freeBytes));
+  const QString total = QString::fromStdString(CommUti::convertVolSpace(volume.totalBytes));
+  return filledIn(filledIn(getLocalizedString("%@ free of %@"), free), total);
+}
+
+}  // namespace
+
+double VolumeRow::usedFraction(const MountedVolume& volume) {
+  if (volume.totalBytes == 0 || volume.freeBytes > volume.totalBytes) return 0;
+  return 1 - static_cast<double>(volume.freeBytes) / static_cast<double>(volume.totalBytes);
+}
+
+const char* VolumeRow::imageName(const MountedVolume& volume) {
+  if (volume.root == "/") return "ic_diskos";
+  return volume.place == MountedVolume::Place::externalBus ||
+                 volume.place == MountedVolume::Place::removable
+             ? "ic_usb"
+             : "ic_diska";
+}
+
+VolumeRow::VolumeRow(QWidget* parent)
+    : QWidget(parent),
+      imageView_(new ImageView),
+      nameLabel_(plainLabel("strong", "volumeName")),
+      figuresLabel_(plainLabel("caption", "volumeFigures")),
+      bar_(new UsageBar) {
+  imageView_->setFixedSize(40, 40);
+  imageView_->setImageSide(24);
+  imageView_->setTile(true);
+  bar_->setFixedHeight(6);
+  bar_->setObjectName(QStringLiteral("volumeBar"));
+  nameLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setHorizontalSpacing(Space::medium);
+  grid->setVerticalSpacing(Space::tiny);
+  grid->addWidget(imageView_, 0, 0, 2, 1);
+  grid->addWidget(nameLabel_, 0, 1);
+  grid->addWidget(figuresLabel_, 0, 2, Qt::AlignRight);
+  grid->addWidget(bar_, 1, 1, 1, 2, Qt::AlignVCenter);
+  grid->setColumnStretch(1, 1);
+}
+
+void VolumeRow::show(const MountedVolume& volume) {
+  imageView_->setImageName(imageName(volume));
+  const QString name = displayText(volume.name);
+  nameLabel_->setText(name);
+  nameLabel_->setToolTip(displayText(volume.root).toHtmlEscaped());
+  figuresLabel_->setText(figures(volume));
+  bar_->setFraction(usedFraction(volume));
+  bar_->setAccessibleName(name);
+  setAccessibleName(name);
+  setAccessibleDescription(figuresLabel_->text());
+}
+
+VolumeList::VolumeList(QWidget* parent) : QWidget(parent), grid_(new QGridLayout(this)) {
+  grid_->setContentsMargins(0, 0, 0, 0);
+  grid_->setHorizontalSpacing(Space::huge);
+  grid_->setVerticalSpacing(Space::large);
+  token_ =
+      Host::current().workspace->observeVolumes([this](const MountedVolume&, bool) { refresh(); });
+}
+
+VolumeList::~VolumeList() {
+  Host::current().workspace->stopObserving(token_);
+}
+
+void VolumeList::setColumns(int columns) {
+  columns_ = columns;
+}
+
+void VolumeList::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  refresh();
+}
+
+void VolumeList::refresh() {
+  // In the background: a network volume whose server is gone can hold the question up for minutes.
+  const int look = ++latestLook_;
+  Dispatch::global([list = QPointer<VolumeList>(this), look] {
+    auto volumes = Host::current().workspace->mountedVolumes();
+    Dispatch::mainAsync([list, look, volumes = std::move(volumes)] {
+      if (list && list->latestLook_ == look) list->take(volumes);
+    });
+  });
+}
+
+void VolumeList::take(const std::vector<MountedVolume>& volumes) {
+  while (rows_.size() > volumes.size()) {
+    delete rows_.back();
+    rows_.pop_back();
+  }
+  while (rows_.size() < volumes.size()) {
+    auto* row = new VolumeRow;
+    const int index = static_cast<int>(rows_.size());
+    row->setObjectName(QStringLiteral("volume%1").arg(index));
+    grid_->addWidget(row, index / columns_, index % columns_);
+    rows_.push_back(row);
+  }
+  for (int column = 0; column < columns_; ++column)
+    grid_->setColumnStretch(column, 1);
+  for (std::size_t i = 0; i < volumes.size(); ++i)
+    rows_[i]->show(volumes[i]);
+  updateGeometry();
+}
+
+}  // namespace brisko

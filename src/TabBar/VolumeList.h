@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Workspace.h"
+
+#include <QWidget>
+
+#include <vector>
+
+class QGridLayout;
+class QLabel;
+class QVBoxLayout;
+
+namespace brisko {
+
+class ImageView;
+class UsageBar;
+
+/// One mounted volume with its use: image, name, bar and figures.
+class VolumeRow : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit VolumeRow(QWidget* parent = nullptr);
+  void show(const MountedVolume& volume);
+  using QWidget::show;
+
+  static double usedFraction(const MountedVolume& volume);
+  static const char* imageName(const MountedVolume& volume);
+
+ private:
+  ImageView* imageView_;
+  QLabel* nameLabel_;
+  QLabel* figuresLabel_;
+  UsageBar* bar_;
+};
+
+/// The mounted volumes, kept as they are: looked at again when shown and on every mount and
+/// unmount.
+class VolumeList : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit VolumeList(QWidget* parent = nullptr);
+  ~VolumeList() override;
+
+  /// Rows stand side by side where `columns` is more than 1.
+  void setColumns(int columns);
+  void refresh();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void take(const std::vector<MountedVolume>& volumes);
+
+  QGridLayout* grid_;
+  std::vector<VolumeRow*> rows_;
+  int columns_ = 1;
+  int token_ = 0;
+  int latestLook_ = 0;
+};
+
+}  // namespace brisko
