@@ -58,6 +58,26 @@ void containerPaths(const std::string& containers, std::vector<std::string>& arr
   }
 }
 
+// The mounted volumes in the volumes folder. Below another root nothing is mounted on its behalf:
+// there the folders in it are what that system's volumes left, and stand for them.
+std::vector<std::string> volumeRoots(const HostFolders& folders) {
+  std::vector<std::string> roots;
+  TCDiskVolums volumes;
+  for (const TCVolumDetail& volume : volumes.allDiskVolums()) {
+    if (volume.volRootDir.starts_with(folders.volumes())) roots.push_back(volume.volRootDir);
+  }
+  int error = 0;
+  auto folder =
+      folders.hasRoot() ? Host::current().catalog->open(folders.volumes(), error) : nullptr;
+  if (!folder) return roots;
+  for (const std::string& name : namesIn(*folder)) {
+    std::string root = folders.volumes() + "/" + name;
+    const bool isKnown = std::find(roots.begin(), roots.end(), root) != roots.end();
+    if (!isKnown && folder->open(name, error)) roots.push_back(std::move(root));
+  }
+  return roots;
+}
+
 // The trash folders that applications keep beside their documents in the cloud folder.
 void documentTrashPaths(const std::string& documents, std::vector<std::string>& array) {
   int error = 0;
@@ -105,10 +125,8 @@ void CommUti::folderPath(int category, std::vector<std::string>& array) {
 
 void CommUti::trashPaths(std::vector<std::string>& array) {
   const HostFolders& folders = *Host::current().folders;
-  TCDiskVolums volumes;
-  for (const TCVolumDetail& volume : volumes.allDiskVolums()) {
-    if (!volume.volRootDir.starts_with(folders.volumes())) continue;
-    array.push_back(fmt::format("{}/.Trashes/{}", volume.volRootDir, ::getuid()));
+  for (const std::string& root : volumeRoots(folders)) {
+    array.push_back(fmt::format("{}/.Trashes/{}", root, ::getuid()));
   }
   array.push_back(folders.home() + "/.Trash");
   documentTrashPaths(folders.userFolder() + "/Library/Mobile Documents", array);
