@@ -22,7 +22,6 @@ struct DemoWorkspace : Workspace {
     opened.push_back(address);
     return true;
   }
-  bool reveal(const std::string&) override { return true; }
 };
 
 inline MountedVolume demoVolume(const char* name, const char* root, MountedVolume::Place place,
