@@ -28,6 +28,8 @@ struct RemovalCalls {
 
 /// What no step of a removal ever passes: links of any kind.
 inline constexpr std::uint64_t kNoLinks = RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS;
+/// For opening an item that may be a link itself.
+inline constexpr std::uint64_t kNoMagicLinksNoMounts = RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV;
 /// Inside of the item to be removed, mounts neither.
 inline constexpr std::uint64_t kNoLinksNoMounts = kNoLinks | RESOLVE_NO_XDEV;
 

@@ -3,8 +3,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "FileIdentity.h"
 
 namespace brisko {
 
@@ -25,6 +28,7 @@ class Authorization {
   };
 
   static constexpr int kCancelled = -60006;  ///< the user refused or closed the prompt
+  static constexpr int kDenied = -60005;      ///< the right was not given, or the command is refused
   static constexpr int kInvalid = -60002;    ///< no such handle or form
   static constexpr int kToolFailed = -60031; ///< the helper could not be started or has gone
 
@@ -43,12 +47,19 @@ class Authorization {
   /// Whether the host's rights database knows `right`.
   virtual int rightDefinition(const std::string& right) = 0;
 
-  /// Runs `tool` with `arguments` as administrator on a handle that holds the right, and waits for its
-  /// end. At most 128 bytes of what it printed come back in `output`. The host takes only the one
-  /// command that the program has use for ("/bin/rm" "-rf" and one absolute, normalised path) and
-  /// checks on the privileged side again that the path may go.
+  /// What a privileged command did.
+  struct Result {
+    std::string output;            ///< at most 128 bytes of what it printed: errors only
+    std::uint64_t freedBytes = 0;  ///< what the file system gave back, as far as that can be told
+  };
+
+  /// Runs `tool` with `arguments` as administrator on a handle that holds the right, and waits for
+  /// its end. The host takes only the one command that the program has use for ("/bin/rm" "-rf" and
+  /// one absolute, normalised path without links on the way) and checks on the privileged side again
+  /// that the path may go, with `shown` also that device, inode and kind are those.
   virtual int execute(Reference reference, const std::string& tool,
-                      const std::vector<std::string>& arguments, std::string& output) = 0;
+                      const std::vector<std::string>& arguments,
+                      const std::optional<FileIdentity>& shown, Result& result) = 0;
 
   /// Gives the handle back. With the last handle of a right the right itself ends.
   virtual int free(Reference reference) = 0;

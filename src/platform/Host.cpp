@@ -1,5 +1,6 @@
 #include "Host.h"
 
+#include <mutex>
 #include <utility>
 
 namespace brisko {
@@ -11,18 +12,22 @@ std::unique_ptr<Host>& installed() {
   return *host;
 }
 
+std::mutex& installation() {
+  static auto* mutex = new std::mutex;
+  return *mutex;
+}
+
 }  // namespace
 
 Host& Host::current() {
-  static const bool made = [] {
-    if (!installed()) installed() = makeHost({});
-    return true;
-  }();
-  static_cast<void>(made);
+  const std::lock_guard lock(installation());
+  // Also when a host was taken out again for which there was none before.
+  if (!installed()) installed() = makeHost({});
   return *installed();
 }
 
 std::unique_ptr<Host> Host::install(std::unique_ptr<Host> host) {
+  const std::lock_guard lock(installation());
   std::swap(installed(), host);
   return host;
 }

@@ -59,6 +59,7 @@ std::string folderOf(int descriptor) {
 
 std::string absolutePath(int folder, const char* path) {
   std::string full = path;
+  if (folder != AT_FDCWD && full.find('/') == std::string::npos) return folderOf(folder) + "/" + full;
   if (*path != '/') {
     if (folder == AT_FDCWD) {
       char here[PATH_MAX];

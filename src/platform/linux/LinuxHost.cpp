@@ -1,4 +1,5 @@
 #include "Host.h"
+#include "LinuxAuthorization.h"
 #include "LinuxCatalog.h"
 #include "LinuxHostFolders.h"
 #include "LinuxPreferences.h"
@@ -12,6 +13,7 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
   host->folders = std::make_unique<LinuxHostFolders>(options.root);
   const HostFolders& folders = *host->folders;
   host->catalog = std::make_unique<LinuxCatalog>();
+  host->authorization = std::make_unique<LinuxAuthorization>();
   host->preferences = std::make_unique<LinuxPreferences>(
       folders.variable("XDG_CONFIG_HOME").value_or("") + "/brisko/Preferences");
   host->systemVersion = std::make_unique<LinuxSystemVersion>(
