@@ -1,11 +1,11 @@
 #pragma once
 
+#include "SystemLog.h"
+
 #include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "SystemLog.h"
 
 namespace brisko::test {
 
