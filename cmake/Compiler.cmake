@@ -16,8 +16,10 @@ target_compile_options(brisko_options INTERFACE -fstack-protector-strong)
 target_link_options(brisko_options INTERFACE -Wl,-z,relro,-z,now)
 
 if(BRISKO_SANITIZE)
-  target_compile_options(brisko_options INTERFACE -fsanitize=${BRISKO_SANITIZE}
-                         $<$<BOOL:$<STREQUAL:${BRISKO_SANITIZE},address,undefined>>:-fno-sanitize-recover=undefined>)
+  target_compile_options(brisko_options INTERFACE -fsanitize=${BRISKO_SANITIZE})
+  if(BRISKO_SANITIZE MATCHES undefined)
+    target_compile_options(brisko_options INTERFACE -fno-sanitize-recover=undefined)
+  endif()
   target_link_options(brisko_options INTERFACE -fsanitize=${BRISKO_SANITIZE})
 endif()
 
