@@ -1,8 +1,7 @@
 #include "CommUti.h"
+#include "TestHost.h"
 
 #include <gtest/gtest.h>
-
-#include "TestHost.h"
 
 namespace brisko {
 namespace {
@@ -76,12 +75,9 @@ TEST(CommUti, VersionIsDecodedFromThePackedNumberUntilItOutgrowsIt) {
     std::uint32_t major, minor, bugFix;
     int number;
   } kCases[] = {
-      {{0x1039, 77, 77, 77}, 0, 10, 3, 9, 1003},
-      {{0x103F, 77, 77, 77}, 0, 10, 3, 15, 1003},
-      {{0x1040, 10, 4, 0}, 0, 10, 4, 0, 1004},
-      {{0x0922, 77, 77, 77}, 0, 9, 2, 2, 902},
-      {{0x1090, 10, 15, 7}, 0, 10, 15, 7, 1015},
-      {{0x1120, 11, 2, 3}, 0, 11, 2, 3, 1102},
+      {{0x1039, 77, 77, 77}, 0, 10, 3, 9, 1003},   {{0x103F, 77, 77, 77}, 0, 10, 3, 15, 1003},
+      {{0x1040, 10, 4, 0}, 0, 10, 4, 0, 1004},     {{0x0922, 77, 77, 77}, 0, 9, 2, 2, 902},
+      {{0x1090, 10, 15, 7}, 0, 10, 15, 7, 1015},   {{0x1120, 11, 2, 3}, 0, 11, 2, 3, 1102},
       {{0x1120, 11, 2, 3}, -5551, 10, 0, 0, 1000},
   };
   for (const auto& row : kCases) {
@@ -106,8 +102,8 @@ TEST(CommUti, SearchLocationsStandInTheirOrderBelowTheRoot) {
   EXPECT_EQ(CommUti::applicationPaths(),
             (std::vector<std::string>{"/R/Users/anna/Applications", "/R/Applications",
                                       "/R/Network/Applications", "/R/Developer/Applications"}));
-  EXPECT_EQ(CommUti::widgetPaths(), (std::vector<std::string>{"/R/Users/anna/Library/Widgets",
-                                                              "/R/Library/Widgets"}));
+  EXPECT_EQ(CommUti::widgetPaths(),
+            (std::vector<std::string>{"/R/Users/anna/Library/Widgets", "/R/Library/Widgets"}));
   EXPECT_EQ(CommUti::preferencePanePaths(),
             (std::vector<std::string>{"/R/Users/anna/Library/PreferencePanes",
                                       "/R/Library/PreferencePanes"}));

@@ -43,7 +43,9 @@ TestHost::TestHost(const std::string& root) {
   before_ = Host::install(std::move(made));
 }
 
-TestHost::~TestHost() { Host::install(std::move(before_)); }
+TestHost::~TestHost() {
+  Host::install(std::move(before_));
+}
 
 bool TestHost::logged(const std::string& line) const {
   const auto lines = log();

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Host.h"
+#include "LogCapture.h"
+
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "Host.h"
-#include "LogCapture.h"
 
 namespace brisko::test {
 
