@@ -85,6 +85,8 @@ class FastCleanModel {
   void setFullDiskAccessQuestion(std::function<void()> ask);
   /// 0 the probe folder does not exist, 1 it cannot be listed, 2 it can.
   static int getAuthorizationStatus();
+  /// What that was when the last scan began.
+  int authorizationStatus() const { return authorizationStatus_; }
 
   // State.
 
@@ -191,6 +193,7 @@ class FastCleanModel {
   std::function<void()> askFullDiskAccess_;
   std::shared_ptr<Lifetime> lifetime_;  ///< background results find out by it that the page is gone
 
+  int authorizationStatus_ = 0;
   int indexPage_ = 0;
   FastCleanView view_ = FastCleanView::start;
   bool isCanClick_ = true;

@@ -327,6 +327,19 @@ void FastCleanScanFile::scanCategory(Run& run, int category,
   std::move(skippedHere.begin(), skippedHere.end(), std::back_inserter(skipped_));
 }
 
+std::vector<std::string> FastCleanScanFile::entriesIn(const std::vector<JunkLocation>& places) {
+  std::vector<Found> found;
+  std::vector<SkippedPath> skipped;
+  for (const JunkLocation& location : places)
+    listLocation(location, found, skipped);
+  std::vector<std::string> paths;
+  for (const Found& entry : found) {
+    const auto identity = FileIdentity::at(entry.path);
+    if (identity && !keepsMoreThanCache(entry, *identity)) paths.push_back(entry.path);
+  }
+  return paths;
+}
+
 void FastCleanScanFile::setBeStop(bool stop) {
   beStop_ = stop;
 }

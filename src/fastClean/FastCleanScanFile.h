@@ -86,6 +86,8 @@ class FastCleanScanFile {
   /// The locations of a category as the scan takes them: the defined ones, then the host's own.
   static std::vector<JunkLocation> locations(int category);
   static std::vector<JunkLocation> locations(int category, const HostLocations& host);
+  /// The paths of the entries that a scan would list in `places`, unmeasured and unsorted.
+  static std::vector<std::string> entriesIn(const std::vector<JunkLocation>& places);
 
  private:
   struct Run;

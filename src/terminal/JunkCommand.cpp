@@ -74,7 +74,7 @@ JunkReport JunkCommand::reportOf(FastCleanModel& model, bool isDryRun) const {
     if (wanted[static_cast<std::size_t>(i)]) model.selectCategory(i);
   }
   report.takeScan(model, wanted);
-  report.fullDiskAccess = FastCleanModel::getAuthorizationStatus();
+  report.fullDiskAccess = model.authorizationStatus();
   report.skipped = FastCleanScanFile::shareInstall().skipped();
   report.isDryRun = isDryRun;
   return report;

@@ -1,13 +1,13 @@
 #include "MadeImage.h"
 
+#include "TemporaryFolder.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <utility>
 
 #include <unistd.h>
-
-#include "TemporaryFolder.h"
 
 namespace brisko::test {
 namespace {
@@ -92,9 +92,8 @@ MadeImage MadeImage::build(const std::string& root) {
 }
 
 bool MadeImage::isIntact() const {
-  return std::all_of(survivors.begin(), survivors.end(), [](const std::string& path) {
-    return contentOf(path).starts_with("keep ");
-  });
+  return std::all_of(survivors.begin(), survivors.end(),
+                     [](const std::string& path) { return contentOf(path).starts_with("keep "); });
 }
 
 }  // namespace brisko::test
