@@ -163,29 +163,45 @@ void ProtectedPaths::addRule(Names names, unsigned scope) {
   rules_.push_back({std::move(names), scope});
 }
 
+const std::optional<struct stat>& ProtectedPaths::Looked::at(const std::string& path) {
+  const auto [found, isNew] = items.try_emplace(path);
+  struct stat status;
+  if (isNew && ::lstat(path.empty() ? "/" : path.c_str(), &status) == 0) found->second = status;
+  return found->second;
+}
+
+const ProtectedPaths::Names& ProtectedPaths::Looked::matching(const std::string& folder,
+                                                              const std::string& pattern) {
+  const auto [found, isNew] = listings.try_emplace(folder + "/" + pattern);
+  if (isNew) found->second = namesMatching(folder.empty() ? "/" : folder, pattern);
+  return found->second;
+}
+
 void ProtectedPaths::findInodes() {
   inodes_.clear();
+  Looked looked;
   // Links that lead elsewhere add rules while this runs.
   for (std::size_t i = 0; i < rules_.size(); ++i) {
     const Rule rule = rules_[i];
-    findInodes(rule, 0, "");
+    findInodes(rule, 0, "", looked);
   }
 }
 
-void ProtectedPaths::findInodes(const Rule& rule, std::size_t depth, const std::string& path) {
-  struct stat status;
-  if (::lstat(path.empty() ? "/" : path.c_str(), &status) != 0) return;
+void ProtectedPaths::findInodes(const Rule& rule, std::size_t depth, const std::string& path,
+                                Looked& looked) {
+  const std::optional<struct stat>& status = looked.at(path);
+  if (!status) return;
   const bool isPlace = depth == rule.names.size();
-  inodes_[{status.st_dev, status.st_ino}] |= isPlace ? self | rule.scope : unsigned{self};
-  if (S_ISLNK(status.st_mode)) {
-    followLink(rule, depth, path, status);
-  } else if (!isPlace && S_ISDIR(status.st_mode)) {
+  inodes_[{status->st_dev, status->st_ino}] |= isPlace ? self | rule.scope : unsigned{self};
+  if (S_ISLNK(status->st_mode)) {
+    followLink(rule, depth, path, *status);
+  } else if (!isPlace && S_ISDIR(status->st_mode)) {
     const std::string& name = rule.names[depth];
     if (!hasWildcard(name)) {
-      findInodes(rule, depth + 1, path + "/" + name);
+      findInodes(rule, depth + 1, path + "/" + name, looked);
     } else {
-      for (const std::string& found : namesMatching(path.empty() ? "/" : path, name)) {
-        findInodes(rule, depth + 1, path + "/" + found);
+      for (const std::string& found : looked.matching(path, name)) {
+        findInodes(rule, depth + 1, path + "/" + found, looked);
       }
     }
   }

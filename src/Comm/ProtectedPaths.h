@@ -80,8 +80,15 @@ class ProtectedPaths {
   bool addPlace(const std::string& place, unsigned scope);
   void addRule(const std::string& path, unsigned scope);
   void addRule(Names names, unsigned scope);
+  /// What was looked at while the inodes are found: most rules share their first names.
+  struct Looked {
+    std::unordered_map<std::string, std::optional<struct stat>> items;
+    std::unordered_map<std::string, Names> listings;
+    const std::optional<struct stat>& at(const std::string& path);
+    const Names& matching(const std::string& folder, const std::string& pattern);
+  };
   void findInodes();
-  void findInodes(const Rule& rule, std::size_t depth, const std::string& path);
+  void findInodes(const Rule& rule, std::size_t depth, const std::string& path, Looked& looked);
   void followLink(const Rule& rule, std::size_t depth, const std::string& path,
                   const struct stat& link);
 

@@ -33,15 +33,16 @@ std::string readLink(int descriptor) {
   return length > 0 ? std::string(path, static_cast<std::size_t>(length)) : std::string();
 }
 
-// Where a folder's descriptor leads. The kernel tells no path longer than a page; of a deeper folder
-// one a little above the first that has a path says as much.
+// Where a folder's descriptor leads. The kernel tells no path longer than a page; of a deeper
+// folder one a little above the first that has a path says as much.
 std::string folderOf(int descriptor) {
   constexpr int kFewest = 8;  // so many names of full length have a path
   std::string path = readLink(descriptor);
   int at = path.empty() ? dup(descriptor) : -1;
   for (int levels = 512; path.empty() && levels >= kFewest;) {
     std::string climb;
-    for (int i = 0; i < levels; ++i) climb += "../";
+    for (int i = 0; i < levels; ++i)
+      climb += "../";
     const int above = openat(at, climb.c_str(), O_PATH | O_CLOEXEC);
     const std::string found = readLink(above);
     if (found.empty()) {
@@ -59,7 +60,8 @@ std::string folderOf(int descriptor) {
 
 std::string absolutePath(int folder, const char* path) {
   std::string full = path;
-  if (folder != AT_FDCWD && full.find('/') == std::string::npos) return folderOf(folder) + "/" + full;
+  if (folder != AT_FDCWD && full.find('/') == std::string::npos)
+    return folderOf(folder) + "/" + full;
   if (*path != '/') {
     if (folder == AT_FDCWD) {
       char here[PATH_MAX];
@@ -80,7 +82,10 @@ std::string absolutePath(int folder, const char* path) {
 }
 
 bool isAllowed(const std::string& path) {
+<<<<<<< HEAD
   // The test framework's own, while it captures what a test prints.
+=======
+>>>>>>> 852ed89 (Attack the removal: failing calls, swapped folders, a hostile client)
   if (path.starts_with("/tmp/gtest_captured_stream")) return true;
   const std::lock_guard lock(allowed().mutex);
   return std::any_of(
