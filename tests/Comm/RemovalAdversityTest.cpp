@@ -179,25 +179,29 @@ TEST_F(RemovalAdversityTest, AnAdversaryWhoSwapsFoldersForLinksGetsNothing) {
   std::thread adversary([&] {
     // Raw calls, past the guard and the C++ file library: the more swaps in a round, the better the
     // chance. Everything happens in the test's own folder.
-    const std::string places[] = {folder / "tree", folder / "tree/a", folder / "tree/a/b"};
-    const std::string link = folder / "link";
-    const auto exchange = [&](const std::string& place) {
-      return ::syscall(SYS_renameat2, AT_FDCWD, link.c_str(), AT_FDCWD, place.c_str(),
-                       RENAME_EXCHANGE) == 0;
+    const int home = open(folder.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    const auto exchange = [&](int at, const char* name) {
+      return ::syscall(SYS_renameat2, home, "link", at, name, RENAME_EXCHANGE) == 0;
     };
     for (std::size_t i = 0; !stop; ++i) {
       struct stat status;
-      if (lstat(link.c_str(), &status) == 0 && !S_ISLNK(status.st_mode)) {
-        ::syscall(SYS_renameat2, AT_FDCWD, link.c_str(), AT_FDCWD,
-                  (folder / ("aside" + std::to_string(i))).c_str(), 0);
+      if (lstat((folder / "link").c_str(), &status) == 0 && !S_ISLNK(status.st_mode)) {
+        const std::string aside = "aside" + std::to_string(i);
+        ::syscall(SYS_renameat2, home, "link", home, aside.c_str(), 0);
       }
-      if (symlink(victim.c_str(), link.c_str()) != 0 && errno != EEXIST) continue;
-      const std::string& place = places[i % 3];
-      if (!exchange(place)) continue;
+      if (symlinkat(victim.c_str(), home, "link") != 0 && errno != EEXIST) continue;
+      // The folder itself, one in it, or one in that; never by way of its own links.
+      FileDescriptor at(dup(home));
+      const char* const names[] = {"tree", "a", "b"};
+      for (std::size_t depth = 0; depth < i % 3; ++depth) {
+        at.reset(openat(at.get(), names[depth], O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+      }
+      if (!exchange(at.get(), names[i % 3])) continue;
       ++swaps;
       if (i % 2 == 0) std::this_thread::yield();
-      exchange(place);
+      exchange(at.get(), names[i % 3]);
     }
+    close(home);
   });
   // Rounds count in which there was something to remove and the adversary had its say.
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -211,7 +215,11 @@ TEST_F(RemovalAdversityTest, AnAdversaryWhoSwapsFoldersForLinksGetsNothing) {
       close(open(file.c_str(), O_CREAT | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0600));
     }
     const auto shown = FileIdentity::at(folder / "tree");
-    if (!shown || shown->kind != FileKind::directory) continue;
+    if (!shown) continue;
+    if (shown->kind != FileKind::directory) {
+      ::syscall(SYS_unlink, (folder / "tree").c_str());
+      continue;
+    }
     ++rounds;
     removed += RemovalEngine().remove(folder / "tree", shown).removed() ? 1 : 0;
   }
