@@ -25,6 +25,7 @@ enum Marker : unsigned {
 struct Cost {
   std::uint64_t values = 1;
   std::uint64_t bytes = 0;
+  std::uint64_t keyPairs = 0;
   std::size_t levels = 1;
   bool hasZero =
       false;  // a text with a zero character, which the library ends the process for in a key
@@ -136,7 +137,7 @@ class BinaryScan {
   void leaf(std::uint64_t object, std::uint64_t content, std::uint64_t size) {
     if (content > table_ || size > table_ - content) return fail("a value is cut off");
     states_[object] = State::done;
-    costs_[object] = {1, size, 1, false};
+    costs_[object].bytes = size;
     add(costs_[object]);
   }
 
@@ -157,6 +158,8 @@ class BinaryScan {
     states_[object] = State::open;
     const std::uint64_t keys = perEntry == 2 ? length : 0;
     open_.push_back({object, content, length * perEntry, keys, 0, {}});
+    open_.back().cost.keyPairs = keys * keys;
+    bound(open_.back().cost);
   }
 
   void step() {
@@ -186,9 +189,15 @@ class BinaryScan {
     Cost& into = open_.back().cost;
     into.values += cost.values;
     into.bytes += cost.bytes;
+    into.keyPairs += cost.keyPairs;
     into.levels = std::max(into.levels, cost.levels + 1);
-    if (into.values > PropertyListBounds::kValues) return fail("it has too many values");
-    if (into.bytes > PropertyListBounds::kExpandedBytes) return fail("its values are too large");
+    bound(into);
+  }
+
+  void bound(const Cost& cost) {
+    if (cost.values > PropertyListBounds::kValues) fail("it has too many values");
+    if (cost.bytes > PropertyListBounds::kExpandedBytes) fail("its values are too large");
+    if (cost.keyPairs > PropertyListBounds::kKeyPairs) fail("it has too many keys");
   }
 
   void fail(const char* why) { fault_ = why; }

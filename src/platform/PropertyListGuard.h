@@ -17,8 +17,8 @@ struct PropertyListBounds {
   static constexpr std::size_t kLevels = 512;
   static constexpr std::uint64_t kValues = 2'000'000;
   static constexpr std::uint64_t kExpandedBytes = std::uint64_t{256} << 20U;
-  static constexpr std::uint64_t kEntityMoves = std::uint64_t{1}
-                                                << 33U;  ///< bytes moved, about 1 s
+  static constexpr std::uint64_t kEntityMoves = std::uint64_t{1} << 35U;  ///< bytes: some 2 s
+  static constexpr std::uint64_t kKeyPairs = 4'000'000'000;  ///< 63,000 keys of one dictionary
 };
 
 bool isBinaryPropertyList(std::string_view bytes);

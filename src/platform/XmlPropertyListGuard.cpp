@@ -11,6 +11,7 @@ namespace {
 constexpr std::array<std::string_view, 11> kElements = {
     "plist", "dict", "array", "key", "string", "integer", "real", "date", "data", "true", "false"};
 constexpr std::size_t kContainers = 3;
+constexpr std::size_t kKey = 3;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
@@ -31,7 +32,7 @@ class XmlScan {
   }
 
  private:
-  bool isInText() const { return !open_.empty() && open_.back() >= kContainers; }
+  bool isInText() const { return !open_.empty() && open_.back().element >= kContainers; }
 
   void takeText(std::size_t length) {
     const std::string_view text = rest_.substr(0, length);
@@ -96,15 +97,22 @@ class XmlScan {
     sawElement_ = true;
     textBytes_ = entities_ = 0;
     if (++values_ > PropertyListBounds::kValues) fault_ = "it has too many values";
+    const auto element = static_cast<std::size_t>(found - kElements.begin());
+    if (element == kKey && !open_.empty()) countKey();
     if (isClosed) return;
-    open_.push_back(static_cast<std::uint8_t>(found - kElements.begin()));
+    open_.push_back({element, 0});
     if (open_.size() > PropertyListBounds::kLevels + 1) fault_ = "it is nested too deep";
+  }
+
+  void countKey() {
+    keyPairs_ += 2 * open_.back().keys++ + 1;
+    if (keyPairs_ > PropertyListBounds::kKeyPairs) fault_ = "it has too many keys";
   }
 
   void close(std::string_view tag) {
     const std::string_view name = tag.substr(0, tag.find_last_not_of(kBlanks) + 1);
     if (!fault_.empty()) return;
-    if (open_.empty() || kElements[open_.back()] != name) {
+    if (open_.empty() || kElements[open_.back().element] != name) {
       fault_ = "its tags do not match";
       return;
     }
@@ -113,9 +121,14 @@ class XmlScan {
 
   std::string_view rest_;
   std::string fault_;
-  std::vector<std::uint8_t> open_;
+  struct Open {
+    std::size_t element = 0;
+    std::uint64_t keys = 0;
+  };
+  std::vector<Open> open_;
   bool sawElement_ = false;
   std::uint64_t values_ = 0;
+  std::uint64_t keyPairs_ = 0;
   std::uint64_t textBytes_ = 0;
   std::uint64_t entities_ = 0;
 };

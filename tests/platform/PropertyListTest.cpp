@@ -181,6 +181,12 @@ TEST(PropertyList, HostileListsGiveNullAndOneLineEach) {
     values += "<true/>";
   values += "</array></plist>";
 
+  std::string keys = "<plist><dict>";
+  for (int i = 0; i < 70'000; ++i)
+    keys += "<key>" + std::to_string(i) + "</key><true/>";
+  const std::string binaryKeys = binary(keys + "</dict></plist>");
+  keys += "</dict></plist>";
+
   const std::vector<std::string> kLists = {
       "",
       "no list",
@@ -195,6 +201,8 @@ TEST(PropertyList, HostileListsGiveNullAndOneLineEach) {
       std::string("<plist><string>a\0b</string></plist>", 35),
       entities,
       values,
+      keys,
+      binaryKeys,
       "bplist00",
       std::string("bplist00") + std::string(32, '\xFF'),
       binaryOf({arrayOf({0})}),
