@@ -135,35 +135,37 @@ class LinuxFolder : public Catalog::Folder {
   }
 
  private:
-  bool fillBuffer(std::vector<char>& names);
+  std::size_t fillBuffer(std::vector<char>& names);
 
   FileDescriptor descriptor_;
   std::vector<char> left_;  ///< entries that were read but did not fit into the caller's batch
   int error_ = 0;
 };
 
-bool LinuxFolder::fillBuffer(std::vector<char>& names) {
+// How many bytes of entries `names` begins with; 0 at the end. It keeps its size from read to read,
+// because growing it again would clear it each time.
+std::size_t LinuxFolder::fillBuffer(std::vector<char>& names) {
   if (!left_.empty()) {
     names.swap(left_);
     left_.clear();
-    return true;
+    return names.size();
   }
-  names.resize(kBufferSize);
+  if (names.size() < kBufferSize) names.resize(kBufferSize);
   const long count = syscall(SYS_getdents64, descriptor_.get(), names.data(), names.size());
   // A folder that was removed while it was open has ended.
   error_ = count < 0 && errno != ENOENT ? errno : 0;
-  names.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
-  return count > 0;
+  return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
 bool LinuxFolder::read(CatalogBatch& batch, std::size_t maximum) {
   batch.items.clear();
   while (batch.items.empty()) {
-    if (!fillBuffer(batch.names)) return false;
-    const std::vector<char>& names = batch.names;
+    const std::size_t filled = fillBuffer(batch.names);
+    if (filled == 0) return false;
+    const char* const names = batch.names.data();
     std::size_t at = 0;
-    while (at < names.size() && (maximum == 0 || batch.items.size() < maximum)) {
-      const char* entry = names.data() + at;
+    while (at < filled && (maximum == 0 || batch.items.size() < maximum)) {
+      const char* entry = names + at;
       DirectoryEntry fields;
       std::memcpy(&fields, entry, kNameOffset);
       at += fields.length;
@@ -174,8 +176,7 @@ bool LinuxFolder::read(CatalogBatch& batch, std::size_t maximum) {
       item.kind = kindOfType(fields.type);
       item.inode = fields.inode;
     }
-    if (at < names.size())
-      left_.assign(names.begin() + static_cast<std::ptrdiff_t>(at), names.end());
+    if (at < filled) left_.assign(names + at, names + filled);
   }
   return true;
 }
