@@ -64,7 +64,8 @@ bool FastCleanFileNode::removeFile(const std::string& path) {
   return removalService().synFastRemovePath(path);
 }
 
-RemovalReport FastCleanFileNode::removeFile(const TCTreeNode& entry) {
+RemovalReport FastCleanFileNode::removeFile(const TCTreeNode& entry,
+                                            const std::atomic<bool>* cancel) {
   // Without knowing what was shown nothing can say that it is still that.
   if (!entry.identity) {
     RemovalReport report;
@@ -74,7 +75,7 @@ RemovalReport FastCleanFileNode::removeFile(const TCTreeNode& entry) {
   }
   const std::string record = trashInfoPath(entry.path);
   const auto shownRecord = record.empty() ? std::nullopt : FileIdentity::at(record);
-  RemovalReport report = removalService().synFastRemovePath(entry.path, entry.identity);
+  RemovalReport report = removalService().synFastRemovePath(entry.path, entry.identity, cancel);
   if (!report.removed() || !shownRecord) return report;
   // The record says where the file came from; it is worth nothing without the file, and everything
   // with it, so it goes second.

@@ -3,6 +3,7 @@
 #include "Removal.h"
 #include "TCTreeNode.h"
 
+#include <atomic>
 #include <string>
 
 namespace brisko {
@@ -20,7 +21,8 @@ class FastCleanFileNode {
 
   /// The same for an entry that was shown: it goes only while it is still the item that was
   /// scanned. With an entry of an XDG trash its .trashinfo record goes too.
-  RemovalReport removeFile(const TCTreeNode& entry);
+  /// A set `cancel` ends it between two files of a tree.
+  RemovalReport removeFile(const TCTreeNode& entry, const std::atomic<bool>* cancel = nullptr);
 
  private:
   ZkAuthorization& removalService();

@@ -97,7 +97,8 @@ void FastCleanModel::removeItems(Cleaning& cleaning, const std::weak_ptr<Lifetim
         alive->model->listener_->cleaningProgressed(path);
       });
     }
-    cleaning.reports.push_back(FastCleanFileNode::shareInstall().removeFile(*item.entry));
+    cleaning.reports.push_back(
+        FastCleanFileNode::shareInstall().removeFile(*item.entry, &cleaning.stop));
   }
 }
 
