@@ -32,6 +32,7 @@ FastCleanViewController::FastCleanViewController()
       entries_(new FastCleanTableModel(this)),
       sorted_(new QSortFilterProxyModel(this)) {
   ui_->setupUi(getView());
+  getView()->setFocusPolicy(Qt::ClickFocus);
   mainButton = ui_->mainButton;
   pathLabel = ui_->pathLabel;
   totalSizeLabel = ui_->totalSizeLabel;
@@ -115,7 +116,10 @@ void FastCleanViewController::pageChanged() {
   if (isCleaning && ui_->stopCleaningButton->isHidden()) ui_->stopCleaningButton->setEnabled(true);
   ui_->stopCleaningButton->setVisible(isCleaning);
   const bool isAtWork = isCleaning || model_.indexPage() == 1;
-  if (isAtWork && !pathTimer_.isActive()) pathTimer_.start(kPathInterval, this);
+  if (isAtWork && !pathTimer_.isActive()) {
+    pathTimer_.start(kPathInterval, this);
+    pathLabel->clear();
+  }
   if (!isAtWork) {
     pathTimer_.stop();
     pathLabel->setText(model_.completedLabelShown() ? getLocalizedString("Scan completed")
@@ -129,12 +133,20 @@ void FastCleanViewController::showMainButton() {
   const QString title = localized(button.title);
   mainButton->setText(title);
   mainButton->setAccessibleName(title);
-  mainButton->setEnabled(button.enabled);
+  keepFocus(button.enabled);
   mainButton->setLook(button.scanningLook ? RingButton::Look::working : RingButton::Look::filled);
   mainButton->setPercentage(button.percentage);
   mainButton->setVisible(button.shown);
   const bool isClean = model_.indexPage() == 2 && model_.isCanClick() && button.enabled;
   mainButton->setDetail(isClean ? planText("%@ items\n%@") : QString());
+}
+
+void FastCleanViewController::keepFocus(bool mainButtonIsEnabled) {
+  // A disabled button hands the focus to whatever comes next. The page holds it instead, until the
+  // button can be pressed again.
+  if (!mainButtonIsEnabled && mainButton->hasFocus()) getView()->setFocus();
+  mainButton->setEnabled(mainButtonIsEnabled);
+  if (mainButtonIsEnabled && getView()->hasFocus()) mainButton->setFocus();
 }
 
 void FastCleanViewController::showView() {
@@ -189,8 +201,10 @@ void FastCleanViewController::cleaningProgressed(const std::string& path) { show
 void FastCleanViewController::timerEvent(QTimerEvent*) { showPath(model_.pathLabel()); }
 
 void FastCleanViewController::showPath(const std::string& path) {
+  // Clear of the button that stands at the right end of the same line.
+  const int width = pathLabel->width() - 2 * ui_->stopCleaningButton->width();
   pathLabel->setText(
-      pathLabel->fontMetrics().elidedText(displayText(path), Qt::ElideMiddle, pathLabel->width()));
+      pathLabel->fontMetrics().elidedText(displayText(path), Qt::ElideMiddle, width));
 }
 
 // Cleaning.

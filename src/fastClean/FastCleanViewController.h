@@ -52,6 +52,7 @@ class FastCleanViewController : public PageController, private FastCleanModelLis
   void connectControls();
   void setUpTable();
   void showMainButton();
+  void keepFocus(bool mainButtonIsEnabled);
   void showView();
   void showCleanEnd();
   void showPath(const std::string& path);

@@ -1,6 +1,7 @@
 #include "DemoRoot.h"
 
 #include <cstdlib>
+#include <filesystem>
 
 namespace brisko::test {
 namespace {
@@ -38,6 +39,17 @@ void DemoRoot::fill() {
   for (const Item& item : kItems) folder_.sizedFile(item.path, item.size);
   // The probe for full-disk access finds its folder and can list it.
   folder_.folder("Users/anna/Library/Safari");
+}
+
+void DemoRoot::clear() {
+  for (const auto& entry : std::filesystem::directory_iterator(path())) {
+    std::filesystem::remove_all(entry.path());
+  }
+  folder_.folder("Users/anna/Library/Safari");
+}
+
+void DemoRoot::changeOneFile() {
+  folder_.sizedFile("Users/anna/Library/Caches/Preview of \"Summer\nHoliday\".pdf", 2'340'000);
 }
 
 DemoRoot::DemoRoot() {

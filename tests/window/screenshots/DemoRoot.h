@@ -13,6 +13,11 @@ class DemoRoot {
 
   /// Puts everything (back) in its place.
   void fill();
+  /// Takes everything away but the folders of the root.
+  void clear();
+  /// Makes an entry another one than was scanned.
+  void changeOneFile();
+
   const std::string& path() const { return folder_.path(); }
 
  private:

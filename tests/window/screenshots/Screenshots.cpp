@@ -84,7 +84,7 @@ void clickAndAnswer(QWidget* page, const char* button, const char* picture, cons
 
 bool scanIsDone(FastCleanViewController& junk) { return junk.model().indexPage() == 2; }
 
-void takeJunkPictures(AppDelegate& delegate) {
+void takeJunkPictures(AppDelegate& delegate, test::DemoRoot& root) {
   auto& junk = static_cast<FastCleanViewController&>(*delegate.pages()[1]);
   QWidget* page = junk.getView();
   delegate.goToPage(1);
@@ -103,18 +103,25 @@ void takeJunkPictures(AppDelegate& delegate) {
   save(delegate.window(), "junk-details");
   click(page, "backToDetailButton");
   save(delegate.window(), "junk-partly-selected");
+  root.changeOneFile();
   clickAndAnswer(page, "mainButton", "junk-confirm", "answer1");
   saveNow(delegate.window(), "junk-cleaning");
   while (!junk.isCanClick()) settle(5);
   save(delegate.window(), "junk-cleaned");
+  clickAndAnswer(page, "failuresButton", "junk-not-removed", "answer0");
+  root.clear();
+  click(page, "mainButton");
+  while (!scanIsDone(junk)) settle(5);
+  save(delegate.window(), "junk-nothing-found");
+  click(page, "backHomeButton");
 }
 
-void takePictures(AppDelegate& delegate) {
+void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
   delegate.goToPage(0);
   save(delegate.window(), "system-status");
   delegate.goToPage(5);
   save(delegate.window(), "disk-manager");
-  takeJunkPictures(delegate);
+  takeJunkPictures(delegate, root);
   TCPreferenceWindowController about(delegate.window());
   about.show();
   save(&about, "about");
@@ -155,7 +162,7 @@ int main(int argc, char** argv) {
   for (auto appearance : {Theme::Appearance::light, Theme::Appearance::dark}) {
     Theme::shared().setAppearance(appearance);
     root.fill();
-    takePictures(delegate);
+    takePictures(delegate, root);
   }
   return 0;
 }
