@@ -29,11 +29,12 @@ class SidebarView : public QWidget {
     painter.setPen(Qt::NoPen);
     painter.setBrush(themeColor(Theme::Token::sidebar));
     painter.setClipRect(rect());
-    // Taller and wider than the view, so that only the lower left corner is seen to be round.
+    // Taller and wider than the view, so that only the lower left corner is seen to be round; one
+    // point short of the window's edge, which shows beside it.
     const bool isZoomed = window()->isMaximized() || window()->isFullScreen();
     const qreal radius =
         isZoomed || !window()->testAttribute(Qt::WA_TranslucentBackground) ? 0 : 11;
-    painter.drawRoundedRect(QRectF(0, -20, width() + 20, height() + 20), radius, radius);
+    painter.drawRoundedRect(QRectF(1, -20, width() + 20, height() + 19), radius, radius);
     painter.setPen(themeColor(Theme::Token::border));
     painter.drawLine(QPointF(width() - 0.5, 0), QPointF(width() - 0.5, height()));
   }

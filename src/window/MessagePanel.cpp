@@ -91,13 +91,13 @@ void MessagePanel::addAnswers(const std::vector<Answer>& answers, QVBoxLayout* c
     } else if (answer.style == Answer::Style::danger) {
       // Never the default: Return alone must not destroy anything.
       setButtonKind(button, "danger");
-    } else {
-      button->setFocus();
     }
     connect(button, &QPushButton::clicked, this, [this, answer] { done(answer.value); });
     row->addWidget(button);
   }
   column->addLayout(row);
+  // The first answer is the one that changes nothing.
+  if (!answers.empty()) row->itemAt(1)->widget()->setFocus(Qt::TabFocusReason);
 }
 
 void MessagePanel::reject() {

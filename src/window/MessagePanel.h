@@ -27,7 +27,7 @@ class MessagePanel : public PanelWindow {
     QString title;
     QString text;         ///< plain text, wrapped
     QStringList details;  ///< shown as a list that scrolls; plain text
-    std::vector<Answer> answers;
+    std::vector<Answer> answers;  ///< the first has the focus: it should change nothing
     int escapeValue = 0;  ///< what Escape and the close button return
   };
 

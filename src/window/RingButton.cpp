@@ -43,6 +43,12 @@ void RingButton::setPercentage(double percentage) {
   describe();
 }
 
+void RingButton::finishMovement() {
+  movement_.stop();
+  shown_ = percentage_;
+  update();
+}
+
 void RingButton::setLook(Look look) {
   look_ = look;
   describe();

@@ -19,6 +19,8 @@ class RingButton : public QAbstractButton {
   /// Share of the work that is done, 0 to 1; the ring moves there smoothly.
   void setPercentage(double percentage);
   double percentage() const { return percentage_; }
+  /// Shows the ring where it is going to.
+  void finishMovement();
 
   void setLook(Look look);
   Look look() const { return look_; }

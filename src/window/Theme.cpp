@@ -27,7 +27,7 @@ constexpr std::array<const char*, static_cast<std::size_t>(Theme::Token::count)>
     "window", "sidebar",     "card",        "cardHover",     "border",        "control",
     "track",  "hover",       "pressed",     "text",          "textSecondary", "textDimmed",
     "accent", "accentFill",  "accentHover", "accentPressed", "accentSoft",    "onAccent",
-    "danger", "dangerHover", "warning",     "warningFill",   "success",       "shadow"};
+    "danger", "dangerFill", "dangerHover", "warning",     "warningFill",   "success",       "shadow"};
 
 constexpr const char* kPortalService = "org.freedesktop.portal.Desktop";
 constexpr const char* kPortalPath = "/org/freedesktop/portal/desktop";

@@ -2,20 +2,27 @@
 
 #include "AppDelegate.h"
 #include "BriskoStyle.h"
-#include "DemoWorkspace.h"
+#include "DemoRoot.h"
 #include "Dispatch.h"
+#include "FakeWorkspace.h"
+#include "FastCleanViewController.h"
+#include "FullDiskAccessViewController.h"
 #include "Host.h"
 #include "MainQueuePump.h"
 #include "MainWindow.h"
 #include "MyNSApplication.h"
 #include "PageController.h"
+#include "RingButton.h"
 #include "StatusBarView.h"
 #include "StatusPanel.h"
 #include "TCPreferenceWindowController.h"
 #include "Theme.h"
 
+#include <QAbstractButton>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -24,6 +31,17 @@ using namespace brisko;
 namespace {
 
 QString folder;
+
+MountedVolume volume(const char* name, const char* root, MountedVolume::Place place,
+                     std::uint64_t total, std::uint64_t free) {
+  MountedVolume made;
+  made.name = name;
+  made.root = root;
+  made.place = place;
+  made.totalBytes = total;
+  made.freeBytes = free;
+  return made;
+}
 
 void settle(int milliseconds = 60) {
   QElapsedTimer timer;
@@ -34,8 +52,9 @@ void settle(int milliseconds = 60) {
   } while (timer.elapsed() < milliseconds);
 }
 
-void save(QWidget* widget, const char* name) {
-  settle();
+// As it is at this moment: nothing that waits in the queues is let through.
+void saveNow(QWidget* widget, const char* name) {
+  QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   QPixmap picture(widget->size() * 1);
   picture.fill(Qt::transparent);
   widget->render(&picture, {}, {}, QWidget::DrawWindowBackground | QWidget::DrawChildren);
@@ -44,16 +63,73 @@ void save(QWidget* widget, const char* name) {
   if (!picture.save(path)) std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
 }
 
-void takePictures(AppDelegate& delegate) {
-  delegate.goToPage(0);
-  save(delegate.window(), "system-status");
+void save(QWidget* widget, const char* name) {
+  settle();
+  saveNow(widget, name);
+}
+
+void click(QWidget* page, const char* name) {
+  page->findChild<QAbstractButton*>(QLatin1String(name))->click();
+}
+
+// Presses the button and answers the message that comes up, after taking its picture.
+void clickAndAnswer(QWidget* page, const char* button, const char* picture, const char* answer) {
+  QTimer::singleShot(150, [picture, answer] {
+    QWidget* panel = QApplication::activeModalWidget();
+    save(panel, picture);
+    click(panel, answer);
+  });
+  click(page, button);
+}
+
+bool scanIsDone(FastCleanViewController& junk) { return junk.model().indexPage() == 2; }
+
+void takeJunkPictures(AppDelegate& delegate, test::DemoRoot& root) {
+  auto& junk = static_cast<FastCleanViewController&>(*delegate.pages()[1]);
+  QWidget* page = junk.getView();
   delegate.goToPage(1);
   save(delegate.window(), "junk-start");
+  click(page, "mainButton");
+  // The scan itself ends sooner than anybody could look; its reports are let through one by one.
+  Dispatch::waitForBackground();
+  for (int report = 0; report < 3; ++report) Dispatch::runPendingFor(std::chrono::microseconds(0));
+  page->findChild<RingButton*>()->finishMovement();
+  saveNow(delegate.window(), "junk-scanning");
+  while (!scanIsDone(junk)) settle(5);
+  save(delegate.window(), "junk-scanned");
+  click(page->findChild<QWidget*>(QStringLiteral("fastTypeView0")), "detailButton");
+  junk.model().selectListButton(2);
+  junk.model().selectListButton(5);
+  save(delegate.window(), "junk-details");
+  click(page, "backToDetailButton");
+  save(delegate.window(), "junk-partly-selected");
+  root.changeOneFile();
+  clickAndAnswer(page, "mainButton", "junk-confirm", "answer1");
+  saveNow(delegate.window(), "junk-cleaning");
+  while (!junk.isCanClick()) settle(5);
+  save(delegate.window(), "junk-cleaned");
+  clickAndAnswer(page, "failuresButton", "junk-not-removed", "answer0");
+  root.clear();
+  click(page, "mainButton");
+  while (!scanIsDone(junk)) settle(5);
+  save(delegate.window(), "junk-nothing-found");
+  click(page, "backHomeButton");
+}
+
+void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
+  delegate.goToPage(0);
+  save(delegate.window(), "system-status");
   delegate.goToPage(5);
   save(delegate.window(), "disk-manager");
+  takeJunkPictures(delegate, root);
   TCPreferenceWindowController about(delegate.window());
   about.show();
   save(&about, "about");
+  about.hide();
+  FullDiskAccessViewController access(delegate.window());
+  access.show();
+  save(&access, "full-disk-access");
+  access.hide();
   StatusPanel panel;
   panel.popUp(QRect(1000, 0, 20, 20));
   save(&panel, "menu-bar-panel");
@@ -68,12 +144,13 @@ int main(int argc, char** argv) {
   }
   folder = QFile::decodeName(argv[1]);
   QDir().mkpath(folder);
-  auto workspace = std::make_unique<test::DemoWorkspace>();
+  test::DemoRoot root;
+  Host::install(makeHost({root.path()}));
+  auto workspace = std::make_unique<test::FakeWorkspace>();
   using Place = MountedVolume::Place;
-  workspace->volumes = {
-      test::demoVolume("System", "/", Place::fixed, 512'000'000'000, 181'400'000'000),
-      test::demoVolume("Photos", "/media/anna/Photos", Place::externalBus, 2'000'000'000'000,
-                       131'000'000'000)};
+  workspace->volumes = {volume("System", "/", Place::fixed, 512'000'000'000, 181'400'000'000),
+                        volume("Photos", "/media/anna/Photos", Place::externalBus,
+                               2'000'000'000'000, 131'000'000'000)};
   Host::current().workspace = std::move(workspace);
   MyNSApplication application(argc, argv);
   MainQueuePump pump;
@@ -84,7 +161,8 @@ int main(int argc, char** argv) {
   delegate.window()->show();
   for (auto appearance : {Theme::Appearance::light, Theme::Appearance::dark}) {
     Theme::shared().setAppearance(appearance);
-    takePictures(delegate);
+    root.fill();
+    takePictures(delegate, root);
   }
   return 0;
 }
