@@ -1,11 +1,8 @@
 #pragma once
 
 #include "Host.h"
-<<<<<<< HEAD
 #include "LogCapture.h"
-=======
 #include "SystemLog.h"
->>>>>>> 852ed89 (Attack the removal: failing calls, swapped folders, a hostile client)
 
 #include <memory>
 #include <string>
