@@ -122,8 +122,8 @@ void FastCleanViewController::pageChanged() {
   }
   if (!isAtWork) {
     pathTimer_.stop();
-    pathLabel->setText(model_.completedLabelShown() ? getLocalizedString("Scan completed")
-                                                    : QString());
+    const bool tellsCompleted = model_.completedLabelShown() && !nothingWasFound();
+    pathLabel->setText(tellsCompleted ? getLocalizedString("Scan completed") : QString());
   }
   sizeLineChanged();
 }
@@ -247,7 +247,9 @@ void FastCleanViewController::showFailures() {
   MessagePanel::Content content;
   content.imageName = "ic_warning";
   content.title = ui_->failuresButton->text();
-  content.text = getLocalizedString("They are still where they were.");
+  content.text = getLocalizedString(model_.failures().size() == 1
+                                        ? "It is still where it was, and still listed."
+                                        : "They are still where they were, and still listed.");
   for (const FastCleanFailure& failure : model_.failures()) {
     content.details << displayText(failure.path) + QStringLiteral("\n    ") +
                            displayText(failure.reason);
