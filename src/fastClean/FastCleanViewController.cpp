@@ -171,7 +171,12 @@ void FastCleanViewController::showView() {
   if (shown == ui_->cleanEndView) showCleanEnd();
   ui_->nothingView->setVisible(nothingWasFound());
   ui_->rowCard->setVisible(!nothingWasFound());
+  QWidget* before = ui_->views->currentWidget();
+  if (before != shown && before->isAncestorOf(before->window()->focusWidget())) {
+    getView()->setFocus();
+  }
   ui_->views->setCurrentWidget(shown);
+  keepFocus(model_.mainButton().enabled);
 }
 
 bool FastCleanViewController::nothingWasFound() const {
