@@ -71,7 +71,7 @@ void VolumeRow::show(const MountedVolume& volume) {
   imageView_->setImageName(imageName(volume));
   const QString name = displayText(volume.name);
   nameLabel_->setText(name);
-  nameLabel_->setToolTip(displayText(volume.root).toHtmlEscaped());
+  nameLabel_->setToolTip(toolTipText(displayText(volume.root)));
   figuresLabel_->setText(figures(volume));
   bar_->setFraction(usedFraction(volume));
   bar_->setAccessibleName(name);

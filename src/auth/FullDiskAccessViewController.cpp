@@ -19,8 +19,7 @@ FullDiskAccessViewController::FullDiskAccessViewController(QWidget* parent)
   setAccessibleName(titleLabel->text());
   connect(ui.openSetViewButton, &QPushButton::clicked, this,
           &FullDiskAccessViewController::openSetView);
-  connect(ui.closeButton, &QPushButton::clicked, this,
-          &FullDiskAccessViewController::closeWindow);
+  connect(ui.closeButton, &QPushButton::clicked, this, &FullDiskAccessViewController::closeWindow);
   ui.openSetViewButton->setFocus();
   awakeFromNib();
 }
@@ -37,6 +36,8 @@ void FullDiskAccessViewController::openSetView() {
   FullDiskAccessAuthorizer::sharedInstance().requestAuthorization();
 }
 
-void FullDiskAccessViewController::closeWindow() { aWindow->done(0); }
+void FullDiskAccessViewController::closeWindow() {
+  aWindow->done(0);
+}
 
 }  // namespace brisko

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QPointer>
-
 #include "PanelWindow.h"
+
+#include <QPointer>
 
 class QLabel;
 
@@ -10,8 +10,8 @@ namespace brisko {
 
 class TitleBar;
 
-/// Explains why the program asks for full-disk access and leads to the setting. Always run modally by
-/// whoever needs the access, and goes on when it is closed, whatever the user decided.
+/// Explains why the program asks for full-disk access and leads to the setting. Always run modally
+/// by whoever needs the access, and goes on when it is closed, whatever the user decided.
 class FullDiskAccessViewController : public PanelWindow {
   Q_OBJECT
 

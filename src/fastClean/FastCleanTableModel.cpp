@@ -45,8 +45,7 @@ QVariant FastCleanTableModel::data(const QModelIndex& index, int role) const {
       if (index.column() == size) return QString::fromStdString(entry.size);
       return {};
     case Qt::ToolTipRole:
-      // Escaped as markup too: a tool tip decides by itself what it takes for rich text.
-      return index.column() == name ? displayText(entry.path).toHtmlEscaped() : QVariant();
+      return index.column() == name ? toolTipText(displayText(entry.path)) : QVariant();
     case Qt::TextAlignmentRole:
       return static_cast<int>(index.column() == size ? Qt::AlignRight : Qt::AlignLeft);
     case Qt::AccessibleTextRole:
@@ -54,9 +53,12 @@ QVariant FastCleanTableModel::data(const QModelIndex& index, int role) const {
         return getLocalizedString(entry.selectState == 1 ? "selected" : "not selected");
       }
       return {};
-    case ImageNameRole: return displayImage(entry, index.column());
-    case SortRole: return sortValue(entry, index.column());
-    default: return {};
+    case ImageNameRole:
+      return displayImage(entry, index.column());
+    case SortRole:
+      return sortValue(entry, index.column());
+    default:
+      return {};
   }
 }
 
@@ -66,8 +68,7 @@ QVariant FastCleanTableModel::sortValue(const TCTreeNode& entry, int column) con
   return displayText(entry.title);
 }
 
-QVariant FastCleanTableModel::headerData(int section, Qt::Orientation orientation,
-                                         int role) const {
+QVariant FastCleanTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= count) return {};
   if (role == Qt::TextAlignmentRole) {
     return static_cast<int>(section == size ? Qt::AlignRight : Qt::AlignLeft);

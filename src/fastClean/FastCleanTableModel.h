@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
+#include "TCTreeNode.h"
 
 #include <QAbstractTableModel>
 
-#include "TCTreeNode.h"
+#include <memory>
 
 namespace brisko {
 

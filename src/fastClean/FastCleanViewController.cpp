@@ -1,9 +1,5 @@
 #include "FastCleanViewController.h"
 
-#include <QFontMetrics>
-#include <QSortFilterProxyModel>
-#include <QTimerEvent>
-
 #include "CommUti.h"
 #include "EntryTable.h"
 #include "FastCleanTableModel.h"
@@ -17,12 +13,18 @@
 #include "Theme.h"
 #include "ui_FastCleanViewController.h"
 
+#include <QFontMetrics>
+#include <QSortFilterProxyModel>
+#include <QTimerEvent>
+
 namespace brisko {
 namespace {
 
 constexpr int kPathInterval = 100;  // milliseconds
 
-QString localized(const std::string& key) { return getLocalizedString(key.c_str()); }
+QString localized(const std::string& key) {
+  return getLocalizedString(key.c_str());
+}
 
 }  // namespace
 
@@ -39,9 +41,8 @@ FastCleanViewController::FastCleanViewController()
   const Module& module = moduleTable()[1];
   ui_->startView->show("ill_clean", getLocalizedString(module.label),
                        getLocalizedString(module.sentence));
-  ui_->nothingView->show(
-      "ill_empty", getLocalizedString("Nothing to clean up"),
-      getLocalizedString("No junk was found in any of the six categories."));
+  ui_->nothingView->show("ill_empty", getLocalizedString("Nothing to clean up"),
+                         getLocalizedString("No junk was found in any of the six categories."));
   ui_->endImageView->setImageName("ill_success");
   ui_->endImageView->setImageSide(160);
   for (int category = 0; category < kJunkCategoryCount; ++category) {
@@ -56,7 +57,9 @@ FastCleanViewController::FastCleanViewController()
   pageChanged();
 }
 
-FastCleanViewController::~FastCleanViewController() { model_.setListener(nullptr); }
+FastCleanViewController::~FastCleanViewController() {
+  model_.setListener(nullptr);
+}
 
 void FastCleanViewController::setUpTable() {
   sorted_->setSourceModel(entries_);
@@ -122,8 +125,8 @@ void FastCleanViewController::pageChanged() {
   }
   if (!isAtWork) {
     pathTimer_.stop();
-    pathLabel->setText(model_.completedLabelShown() ? getLocalizedString("Scan completed")
-                                                    : QString());
+    const bool tellsCompleted = model_.completedLabelShown() && !nothingWasFound();
+    pathLabel->setText(tellsCompleted ? getLocalizedString("Scan completed") : QString());
   }
   sizeLineChanged();
 }
@@ -152,15 +155,28 @@ void FastCleanViewController::keepFocus(bool mainButtonIsEnabled) {
 void FastCleanViewController::showView() {
   QWidget* shown = ui_->mainView;
   switch (model_.view()) {
-    case FastCleanView::start: shown = ui_->mainView; break;
-    case FastCleanView::detail: shown = ui_->detailView; break;
-    case FastCleanView::subDetail: shown = ui_->subDetailView; break;
-    case FastCleanView::cleanEnd: shown = ui_->cleanEndView; break;
+    case FastCleanView::start:
+      shown = ui_->mainView;
+      break;
+    case FastCleanView::detail:
+      shown = ui_->detailView;
+      break;
+    case FastCleanView::subDetail:
+      shown = ui_->subDetailView;
+      break;
+    case FastCleanView::cleanEnd:
+      shown = ui_->cleanEndView;
+      break;
   }
   if (shown == ui_->cleanEndView) showCleanEnd();
   ui_->nothingView->setVisible(nothingWasFound());
   ui_->rowCard->setVisible(!nothingWasFound());
+  QWidget* before = ui_->views->currentWidget();
+  if (before != shown && before->isAncestorOf(before->window()->focusWidget())) {
+    getView()->setFocus();
+  }
   ui_->views->setCurrentWidget(shown);
+  keepFocus(model_.mainButton().enabled);
 }
 
 bool FastCleanViewController::nothingWasFound() const {
@@ -196,9 +212,13 @@ void FastCleanViewController::detailListChanged() {
   ui_->subDetailTableView->selectAllBox()->setImageName(model_.selectAllImage());
 }
 
-void FastCleanViewController::cleaningProgressed(const std::string& path) { showPath(path); }
+void FastCleanViewController::cleaningProgressed(const std::string& path) {
+  showPath(path);
+}
 
-void FastCleanViewController::timerEvent(QTimerEvent*) { showPath(model_.pathLabel()); }
+void FastCleanViewController::timerEvent(QTimerEvent*) {
+  showPath(model_.pathLabel());
+}
 
 void FastCleanViewController::showPath(const std::string& path) {
   // Clear of the button that stands at the right end of the same line.
@@ -224,10 +244,9 @@ bool FastCleanViewController::userConfirmsCleaning() {
   content.text = getLocalizedString(
       "They are removed for good and do not go to the trash. "
       "Anything that has changed since the scan stays.");
-  content.answers = {
-      {getLocalizedString("Cancel"), MessagePanel::Answer::Style::plain, 0},
-      {planText(isOne ? "Remove %@ Item" : "Remove %@ Items"), MessagePanel::Answer::Style::danger,
-       kRemove}};
+  content.answers = {{getLocalizedString("Cancel"), MessagePanel::Answer::Style::plain, 0},
+                     {planText(isOne ? "Remove %@ Item" : "Remove %@ Items"),
+                      MessagePanel::Answer::Style::danger, kRemove}};
   return MessagePanel::run(content, getView()) == kRemove;
 }
 
@@ -247,7 +266,9 @@ void FastCleanViewController::showFailures() {
   MessagePanel::Content content;
   content.imageName = "ic_warning";
   content.title = ui_->failuresButton->text();
-  content.text = getLocalizedString("They are still where they were.");
+  content.text = getLocalizedString(model_.failures().size() == 1
+                                        ? "It is still where it was, and still listed."
+                                        : "They are still where they were, and still listed.");
   for (const FastCleanFailure& failure : model_.failures()) {
     content.details << displayText(failure.path) + QStringLiteral("\n    ") +
                            displayText(failure.reason);

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <memory>
-#include <vector>
+#include "FastCleanModel.h"
+#include "PageController.h"
 
 #include <QBasicTimer>
 
-#include "FastCleanModel.h"
-#include "PageController.h"
+#include <memory>
+#include <vector>
 
 class QLabel;
 class QPushButton;

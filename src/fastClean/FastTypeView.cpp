@@ -1,12 +1,12 @@
 #include "FastTypeView.h"
 
-#include <QPainter>
-
 #include "FastCleanModel.h"
 #include "FastCleanViewController.h"
 #include "LocalizedString.h"
 #include "Theme.h"
 #include "ui_FastTypeView.h"
+
+#include <QPainter>
 
 namespace brisko {
 
@@ -29,8 +29,8 @@ FastTypeView::FastTypeView(FastCleanViewController* controller, int category, QW
   iconImageView->setTile(true);
   iconImageView->setImageSide(24);
   // What is hidden keeps its place, so that nothing moves while rows change their state.
-  for (QWidget* part : {static_cast<QWidget*>(checkBox), loadingView,
-                        static_cast<QWidget*>(detailButton)}) {
+  for (QWidget* part :
+       {static_cast<QWidget*>(checkBox), loadingView, static_cast<QWidget*>(detailButton)}) {
     QSizePolicy policy = part->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     part->setSizePolicy(policy);
@@ -55,12 +55,13 @@ void FastTypeView::show(const FastTypeRow& row) {
   checkBox->setVisible(row.checkBoxShown);
   loadingView->setVisible(row.loadingShown);
   sizeLabel->setText(QString::fromStdString(row.size));
-  sizeLabel->setProperty("role", row.sizeIsDimmed ? QStringLiteral("caption")
-                                                  : QStringLiteral("strong"));
+  sizeLabel->setProperty("role",
+                         row.sizeIsDimmed ? QStringLiteral("caption") : QStringLiteral("strong"));
   sizeLabel->setFont(Theme::shared().font(13, row.sizeIsDimmed ? QFont::Normal : QFont::DemiBold));
   sizeLabel->setStyleSheet(
       QStringLiteral("color: %1")
-          .arg(themeColor(row.sizeIsDimmed ? Theme::Token::textDimmed : Theme::Token::text).name()));
+          .arg(
+              themeColor(row.sizeIsDimmed ? Theme::Token::textDimmed : Theme::Token::text).name()));
   detailButton->setVisible(row.detailButtonShown);
   detailButton->setEnabled(row.detailButtonEnabled);
   detailButton->setAccessibleName(filledIn(getLocalizedString("Details of %@"), title));

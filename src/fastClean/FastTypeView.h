@@ -1,8 +1,8 @@
 #pragma once
 
-#include <memory>
-
 #include <QWidget>
+
+#include <memory>
 
 class QLabel;
 class QPushButton;

@@ -86,7 +86,7 @@ bool MyNSApplication::sendEditingShortcut(const QKeyEvent& event) {
   // A capital Z, with whatever modifiers, asks for redo.
   const bool isCapital = (modifiers & Qt::ShiftModifier) != 0 || event.text() == QLatin1String("Z");
   if (event.key() != Qt::Key_Z || !isCapital) return false;
-  const bool typesText = !event.text().isEmpty() && event.text().at(0).isPrint();
+  const bool typesText = (modifiers & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier;
   return sendAction("redo", typesText);
 }
 

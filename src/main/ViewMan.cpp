@@ -32,6 +32,11 @@ void ViewMan::addView(PageController* page) {
 void ViewMan::showView(int index) {
   for (PageController* page : viewObjs_) {
     const bool isShown = page->getViewID() == index;
+    QWidget* window = page->getView()->window();
+    if (!isShown && page->getView()->isAncestorOf(window->focusWidget())) {
+      // Else the focus would go on to whatever control comes next in the window.
+      window->setFocus();
+    }
     page->getView()->setVisible(isShown);
     page->getView()->move(isShown ? kShownOrigin : kHiddenOrigin);
   }

@@ -1,13 +1,13 @@
 #include "EntryTable.h"
 
-#include <QKeyEvent>
-#include <QPainter>
-
 #include "FocusRing.h"
 #include "ImageCheckBox.h"
 #include "ImageLookup.h"
 #include "LocalizedString.h"
 #include "Theme.h"
+
+#include <QKeyEvent>
+#include <QPainter>
 
 namespace brisko {
 namespace {
@@ -44,8 +44,8 @@ void CheckHeaderView::paintSection(QPainter* painter, const QRect& rect, int sec
   if (section > 0) {
     const bool isSorted = isSortIndicatorShown() && sortIndicatorSection() == section;
     const QString title = model()->headerData(section, Qt::Horizontal).toString();
-    const auto alignment = Qt::Alignment(
-        model()->headerData(section, Qt::Horizontal, Qt::TextAlignmentRole).toInt());
+    const auto alignment =
+        Qt::Alignment(model()->headerData(section, Qt::Horizontal, Qt::TextAlignmentRole).toInt());
     const bool isRight = (alignment & Qt::AlignRight) != 0;
     painter->setFont(Theme::shared().font(12, QFont::DemiBold));
     painter->setPen(themeColor(isSorted ? Theme::Token::text : Theme::Token::textDimmed));
@@ -94,8 +94,8 @@ void EntryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->setFont(Theme::shared().font(13));
   painter->setPen(
       themeColor(index.column() == 1 ? Theme::Token::text : Theme::Token::textSecondary));
-  const QString text = painter->fontMetrics().elidedText(
-      index.data(Qt::DisplayRole).toString(), Qt::ElideMiddle, area.width());
+  const QString text = painter->fontMetrics().elidedText(index.data(Qt::DisplayRole).toString(),
+                                                         Qt::ElideMiddle, area.width());
   painter->drawText(area, static_cast<int>(alignment) | Qt::TextSingleLine, text);
   painter->restore();
 }
@@ -127,7 +127,8 @@ void EntryTable::setEntries(QAbstractItemModel* entries, int stretchedColumn) {
     header->setSectionResizeMode(column, column == 0                 ? QHeaderView::Fixed
                                          : column == stretchedColumn ? QHeaderView::Stretch
                                                                      : QHeaderView::Interactive);
-    if (column != stretchedColumn) header->resizeSection(column, column == 0 ? kCheckWidth : kSizeWidth);
+    if (column != stretchedColumn)
+      header->resizeSection(column, column == 0 ? kCheckWidth : kSizeWidth);
   }
 }
 
@@ -145,8 +146,8 @@ void EntryTable::keyPressEvent(QKeyEvent* event) {
 
 void EntryTable::mousePressEvent(QMouseEvent* event) {
   QTableView::mousePressEvent(event);
-  pressed_ = event->button() == Qt::LeftButton ? indexAt(event->position().toPoint())
-                                               : QModelIndex();
+  pressed_ =
+      event->button() == Qt::LeftButton ? indexAt(event->position().toPoint()) : QModelIndex();
 }
 
 void EntryTable::mouseReleaseEvent(QMouseEvent* event) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-
 #include <QHeaderView>
 #include <QStyledItemDelegate>
 #include <QTableView>
+
+#include <string>
 
 namespace brisko {
 
@@ -45,8 +45,8 @@ class EntryDelegate : public QStyledItemDelegate {
              const QModelIndex& index) const override;
 };
 
-/// A table of entries with a check box in its first column. Never edited; one highlighted row; sorted
-/// by its header; driven by keys as by the mouse.
+/// A table of entries with a check box in its first column. Never edited; one highlighted row;
+/// sorted by its header; driven by keys as by the mouse.
 class EntryTable : public QTableView {
   Q_OBJECT
 

@@ -20,6 +20,10 @@ QString displayText(std::string_view bytes) {
   return QString::fromStdString(escapedForDisplay(bytes));
 }
 
+QString toolTipText(const QString& text) {
+  return QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
+}
+
 QString filledIn(const QString& format, const QString& value) {
   const auto at = format.indexOf(QLatin1String("%@"));
   if (at < 0) return format;

@@ -18,6 +18,9 @@ QColor getColor(double r, double g, double b, double a);
 /// breaks and bytes that are not UTF-8 appear escaped.
 QString displayText(std::string_view bytes);
 
+/// `text` for a tool tip, which would otherwise guess by itself what is markup.
+QString toolTipText(const QString& text);
+
 /// `format` with its one "%@" replaced by `value`. Nothing in `value` is taken for a placeholder.
 QString filledIn(const QString& format, const QString& value);
 

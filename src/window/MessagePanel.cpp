@@ -72,7 +72,7 @@ void MessagePanel::addDetails(const QStringList& details, QVBoxLayout* column) {
   list->setAccessibleName(getLocalizedString("Details"));
   list->setReadOnly(true);
   list->setTabChangesFocus(true);
-  list->setLineWrapMode(QPlainTextEdit::NoWrap);
+  list->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   list->setFixedHeight(168);
   column->addWidget(list);
 }

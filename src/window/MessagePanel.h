@@ -25,10 +25,10 @@ class MessagePanel : public PanelWindow {
   struct Content {
     std::string imageName = "ic_info";
     QString title;
-    QString text;         ///< plain text, wrapped
-    QStringList details;  ///< shown as a list that scrolls; plain text
+    QString text;                 ///< plain text, wrapped
+    QStringList details;          ///< shown as a list that scrolls; plain text
     std::vector<Answer> answers;  ///< the first has the focus: it should change nothing
-    int escapeValue = 0;  ///< what Escape and the close button return
+    int escapeValue = 0;          ///< what Escape and the close button return
   };
 
   explicit MessagePanel(const Content& content, QWidget* parent = nullptr);

@@ -24,10 +24,11 @@ namespace brisko {
 namespace {
 
 constexpr std::array<const char*, static_cast<std::size_t>(Theme::Token::count)> kTokenNames = {
-    "window", "sidebar",     "card",        "cardHover",     "border",        "control",
-    "track",  "hover",       "pressed",     "text",          "textSecondary", "textDimmed",
-    "accent", "accentFill",  "accentHover", "accentPressed", "accentSoft",    "onAccent",
-    "danger", "dangerFill", "dangerHover", "warning",     "warningFill",   "success",       "shadow"};
+    "window",        "sidebar",    "card",        "cardHover",  "border",
+    "control",       "track",      "hover",       "pressed",    "text",
+    "textSecondary", "textDimmed", "accent",      "accentFill", "accentHover",
+    "accentPressed", "accentSoft", "onAccent",    "danger",     "dangerFill",
+    "dangerHover",   "warning",    "warningFill", "success",    "shadow"};
 
 constexpr const char* kPortalService = "org.freedesktop.portal.Desktop";
 constexpr const char* kPortalPath = "/org/freedesktop/portal/desktop";

@@ -1,7 +1,13 @@
 #include "DemoRoot.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+
+#include <sys/stat.h>
+
+namespace fs = std::filesystem;
 
 namespace brisko::test {
 namespace {
@@ -35,28 +41,45 @@ constexpr Item kItems[] = {
 
 }  // namespace
 
+void DemoRoot::makeFile(std::string_view name, std::size_t size) const {
+  const fs::path path = path_ + "/" + std::string(name);
+  fs::create_directories(path.parent_path());
+  std::ofstream(path, std::ios::binary);
+  fs::resize_file(path, size);
+}
+
 void DemoRoot::fill() {
-  for (const Item& item : kItems) folder_.sizedFile(item.path, item.size);
+  for (const Item& item : kItems)
+    makeFile(item.path, item.size);
   // The probe for full-disk access finds its folder and can list it.
-  folder_.folder("Users/anna/Library/Safari");
+  fs::create_directories(path_ + "/Users/anna/Library/Safari");
 }
 
 void DemoRoot::clear() {
-  for (const auto& entry : std::filesystem::directory_iterator(path())) {
-    std::filesystem::remove_all(entry.path());
+  for (const auto& entry : fs::directory_iterator(path())) {
+    fs::remove_all(entry.path());
   }
-  folder_.folder("Users/anna/Library/Safari");
+  fs::create_directories(path_ + "/Users/anna/Library/Safari");
 }
 
 void DemoRoot::changeOneFile() {
-  folder_.sizedFile("Users/anna/Library/Caches/Preview of \"Summer\nHoliday\".pdf", 2'340'000);
+  makeFile("Users/anna/Library/Caches/Preview of \"Summer\nHoliday\".pdf", 2'340'000);
 }
 
-DemoRoot::DemoRoot() {
+DemoRoot::DemoRoot() : path_((fs::temp_directory_path() / "brisko-demo").string()) {
+  if (::mkdir(path_.c_str(), 0700) != 0) {
+    std::perror(path_.c_str());
+    std::exit(1);
+  }
   fill();
-  const std::string home = folder_ / "Users/anna";
+  const std::string home = path_ + "/Users/anna";
   ::setenv("HOME", home.c_str(), 1);
   ::setenv("USER", "anna", 1);
+}
+
+DemoRoot::~DemoRoot() {
+  std::error_code error;
+  fs::remove_all(path_, error);
 }
 
 }  // namespace brisko::test

@@ -1,15 +1,20 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
-
-#include "TemporaryFolder.h"
+#include <string_view>
 
 namespace brisko::test {
 
-/// A made system with junk in every category, always of the same sizes; its own home and user.
+/// A made system with junk in every category, always of the same sizes, with a home and user of its
+/// own. It always lies at the same place, because paths are in the pictures; made anew, and gone
+/// with the object.
 class DemoRoot {
  public:
   DemoRoot();
+  ~DemoRoot();
+  DemoRoot(const DemoRoot&) = delete;
+  DemoRoot& operator=(const DemoRoot&) = delete;
 
   /// Puts everything (back) in its place.
   void fill();
@@ -18,10 +23,12 @@ class DemoRoot {
   /// Makes an entry another one than was scanned.
   void changeOneFile();
 
-  const std::string& path() const { return folder_.path(); }
+  const std::string& path() const { return path_; }
 
  private:
-  TemporaryFolder folder_;
+  void makeFile(std::string_view name, std::size_t size) const;
+
+  std::string path_;
 };
 
 }  // namespace brisko::test

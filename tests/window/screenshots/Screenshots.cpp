@@ -82,7 +82,9 @@ void clickAndAnswer(QWidget* page, const char* button, const char* picture, cons
   click(page, button);
 }
 
-bool scanIsDone(FastCleanViewController& junk) { return junk.model().indexPage() == 2; }
+bool scanIsDone(FastCleanViewController& junk) {
+  return junk.model().indexPage() == 2;
+}
 
 void takeJunkPictures(AppDelegate& delegate, test::DemoRoot& root) {
   auto& junk = static_cast<FastCleanViewController&>(*delegate.pages()[1]);
@@ -92,10 +94,12 @@ void takeJunkPictures(AppDelegate& delegate, test::DemoRoot& root) {
   click(page, "mainButton");
   // The scan itself ends sooner than anybody could look; its reports are let through one by one.
   Dispatch::waitForBackground();
-  for (int report = 0; report < 3; ++report) Dispatch::runPendingFor(std::chrono::microseconds(0));
+  for (int report = 0; report < 3; ++report)
+    Dispatch::runPendingFor(std::chrono::microseconds(0));
   page->findChild<RingButton*>()->finishMovement();
   saveNow(delegate.window(), "junk-scanning");
-  while (!scanIsDone(junk)) settle(5);
+  while (!scanIsDone(junk))
+    settle(5);
   save(delegate.window(), "junk-scanned");
   click(page->findChild<QWidget*>(QStringLiteral("fastTypeView0")), "detailButton");
   junk.model().selectListButton(2);
@@ -106,12 +110,14 @@ void takeJunkPictures(AppDelegate& delegate, test::DemoRoot& root) {
   root.changeOneFile();
   clickAndAnswer(page, "mainButton", "junk-confirm", "answer1");
   saveNow(delegate.window(), "junk-cleaning");
-  while (!junk.isCanClick()) settle(5);
+  while (!junk.isCanClick())
+    settle(5);
   save(delegate.window(), "junk-cleaned");
   clickAndAnswer(page, "failuresButton", "junk-not-removed", "answer0");
   root.clear();
   click(page, "mainButton");
-  while (!scanIsDone(junk)) settle(5);
+  while (!scanIsDone(junk))
+    settle(5);
   save(delegate.window(), "junk-nothing-found");
   click(page, "backHomeButton");
 }
