@@ -3,7 +3,6 @@
 #include "CommUti.h"
 #include "Dispatch.h"
 #include "FileIdentity.h"
-#include "FolderSize.h"
 #include "Host.h"
 #include "HostLocations.h"
 
@@ -21,111 +20,15 @@
 namespace brisko {
 namespace {
 
-struct Found {
-  std::string path;
-  std::string name;
-  const JunkLocation* location = nullptr;
-};
-
-struct Measured {
-  std::optional<FileIdentity> identity;
-  std::uint64_t bytes = 0;
-  std::string icon;
-  bool isLeftOut = false;  ///< gone meanwhile, a mount, or more than a cache
-  std::string problem;     ///< why `bytes` is not the whole truth; "" when it is
-};
-
-using Patterns = std::vector<std::string>;
-
-// Whether the folder holds an entry of one of these names, itself or one folder down.
-bool contains(Catalog::Folder& folder, const Patterns& names, int levels) {
-  CatalogBatch batch;
-  std::vector<std::string> folders;
-  while (folder.read(batch, 0)) {
-    for (const CatalogItem& item : batch.items) {
-      const std::string name(item.name);
-      if (matchesAny(names, lowerCase(name))) return true;
-      const bool mayBeFolder = item.kind == FileKind::directory || item.kind == FileKind::unknown;
-      if (levels > 0 && mayBeFolder) folders.push_back(name);
-    }
-  }
-  // What cannot be read to its end cannot be called clean.
-  if (folder.error() != 0) return true;
-  int error = 0;
-  return std::any_of(folders.begin(), folders.end(), [&](const std::string& name) {
-    auto below = folder.open(name, error);
-    return below ? contains(*below, names, levels - 1) : error == EACCES;
-  });
-}
-
-bool keepsMoreThanCache(const Found& found, const FileIdentity& identity) {
-  const Patterns& names = found.location->keepIfContains;
-  if (names.empty() || identity.kind != FileKind::directory) return false;
-  int error = 0;
-  auto folder = Host::current().catalog->open(found.path, error);
-  return !folder || contains(*folder, names, 1);
-}
-
-// As CommUti::sizeOfFileRef, and says how many folders it could not look into.
-void measureTree(const std::string& path, const std::atomic<bool>& cancel, Measured& measured) {
-  int error = 0;
-  auto folder = Host::current().catalog->open(path, error);
-  if (!folder) {
-    measured.problem = std::strerror(error);
-    return;
-  }
-  const FolderSize size = folderSize(*folder, &cancel);
-  measured.bytes = size.dataSize;
-  if (size.skippedFolders > 0) {
-    measured.problem = fmt::format("{} folder{} in it could not be looked into",
-                                   size.skippedFolders, size.skippedFolders == 1 ? "" : "s");
-  }
-}
-
-Measured measure(const Found& found, const std::atomic<bool>& cancel) {
-  Measured measured;
-  measured.identity = FileIdentity::at(found.path);
-  if (!measured.identity) {
-    measured.isLeftOut = errno == ENOENT;
-    measured.problem = measured.isLeftOut ? "" : std::strerror(errno);
-    return measured;
-  }
-  const CatalogItem item = Host::current().catalog->information(found.path);
-  if (item.isMountPoint) {
-    measured.isLeftOut = true;
-    measured.problem = "Another file system is mounted there";
-    return measured;
-  }
-  measured.isLeftOut = keepsMoreThanCache(found, *measured.identity);
-  if (measured.isLeftOut) return measured;
-  if (measured.identity->kind == FileKind::directory) {
-    measureTree(found.path, cancel, measured);
-  } else {
-    measured.bytes = item.dataSize;
-  }
-  measured.icon = Host::current().workspace->iconName(found.path);
-  return measured;
-}
-
-// Why a location gave nothing, when that is worth telling: a missing one is not, nor is a plain
-// file.
-std::optional<std::string> reasonForSkipping(const std::string& path, int error) {
-  if (error == 0 || error == ENOENT) return std::nullopt;
-  if (error != ENOTDIR && error != ELOOP) return std::string(std::strerror(error));
-  const auto identity = FileIdentity::at(path);
-  if (identity && identity->kind == FileKind::symbolicLink) return "It is a symbolic link";
-  return std::nullopt;
-}
-
-std::shared_ptr<TCTreeNode> entryNode(const Found& found, Measured& measured, bool selected) {
+std::shared_ptr<TCTreeNode> entryNode(JunkEntry& entry, bool selected) {
   auto node = std::make_shared<TCTreeNode>();
-  node->path = found.path;
-  node->title = found.name;
-  node->size = CommUti::convertVolSpace(measured.bytes);
+  node->path = std::move(entry.path);
+  node->title = std::move(entry.name);
+  node->size = CommUti::convertVolSpace(entry.bytes);
   node->selectState = selected ? 1 : 0;
-  node->image = std::move(measured.icon);
-  node->logicalBytes = measured.bytes;
-  node->identity = measured.identity;
+  node->image = std::move(entry.icon);
+  node->logicalBytes = entry.bytes;
+  node->identity = entry.identity;
   return node;
 }
 
@@ -163,38 +66,6 @@ struct FastCleanScanFile::Run {
   std::function<void(int)> report;
   std::atomic<bool> isDropped{false};
 };
-
-namespace {
-
-// The entries of one location that its filters let through, in the file system's order.
-void listLocation(const JunkLocation& location, std::vector<Found>& found,
-                  std::vector<SkippedPath>& skipped) {
-  int error = 0;
-  auto folder = Host::current().catalog->open(location.path, error);
-  if (!folder) {
-    if (auto reason = reasonForSkipping(location.path, error)) {
-      skipped.push_back({location.path, std::move(*reason)});
-    }
-    return;
-  }
-  CatalogBatch batch;
-  while (folder->read(batch, 0)) {
-    for (CatalogItem& item : batch.items) {
-      if (item.kind == FileKind::unknown && !location.kinds.empty()) {
-        folder->information({&item, 1});
-      }
-      std::string name(item.name);
-      if (!location.takes(name, item.kind)) continue;
-      std::string path = location.path + "/" + name;
-      found.push_back({std::move(path), std::move(name), &location});
-    }
-  }
-  if (folder->error() != 0) {
-    skipped.push_back({location.path, std::strerror(folder->error())});
-  }
-}
-
-}  // namespace
 
 FastCleanScanFile& FastCleanScanFile::shareInstall() {
   static auto* shared = new FastCleanScanFile;
@@ -295,49 +166,36 @@ void FastCleanScanFile::runScan() {
 
 void FastCleanScanFile::scanCategory(Run& run, int category,
                                      const std::vector<JunkLocation>& places) {
-  std::vector<Found> found;
-  std::vector<SkippedPath> skippedHere;
+  TCTreeNode& node = *run.nodes[static_cast<std::size_t>(category)];
   const std::set<std::string> running = runningApplications();
   for (const JunkLocation& location : places) {
     if (location.path.starts_with(".") || running.contains(location.path)) continue;
-    listLocation(location, found, skippedHere);
+    scanLocation(run, location, node, startsSelected(category));
   }
+  sortBySize(node.detailChildren);
+}
 
-  std::vector<Measured> measured(found.size());
-  Dispatch::apply(found.size(), [&](std::size_t i) {
+void FastCleanScanFile::scanLocation(const Run& run, const JunkLocation& location, TCTreeNode& node,
+                                     bool selected) {
+  std::vector<SkippedPath> skippedHere;
+  JunkEntries found(location, skippedHere);
+  std::vector<JunkEntry>& entries = found.entries();
+  Dispatch::apply(entries.size(), [&](std::size_t i) {
     if (run.isDropped) return;
     {
       std::lock_guard lock(mutex_);
-      pathAtWork_ = found[i].path;
+      pathAtWork_ = entries[i].path;
     }
-    measured[i] = measure(found[i], run.isDropped);
+    found.measure(entries[i], run.isDropped);
   });
-
-  TCTreeNode& node = *run.nodes[static_cast<std::size_t>(category)];
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    if (!measured[i].problem.empty()) {
-      skippedHere.push_back({found[i].path, std::move(measured[i].problem)});
-    }
-    if (measured[i].isLeftOut) continue;
-    node.children.push_back(found[i].path);
-    node.detailChildren.push_back(entryNode(found[i], measured[i], startsSelected(category)));
+  for (JunkEntry& entry : entries) {
+    if (!entry.problem.empty()) skippedHere.push_back({entry.path, std::move(entry.problem)});
+    if (entry.isLeftOut) continue;
+    node.children.push_back(entry.path);
+    node.detailChildren.push_back(entryNode(entry, selected));
   }
-  sortBySize(node.detailChildren);
   std::lock_guard lock(mutex_);
   std::move(skippedHere.begin(), skippedHere.end(), std::back_inserter(skipped_));
-}
-
-std::vector<std::string> FastCleanScanFile::entriesIn(const std::vector<JunkLocation>& places) {
-  std::vector<Found> found;
-  std::vector<SkippedPath> skipped;
-  for (const JunkLocation& location : places)
-    listLocation(location, found, skipped);
-  std::vector<std::string> paths;
-  for (const Found& entry : found) {
-    const auto identity = FileIdentity::at(entry.path);
-    if (identity && !keepsMoreThanCache(entry, *identity)) paths.push_back(entry.path);
-  }
-  return paths;
 }
 
 void FastCleanScanFile::setBeStop(bool stop) {

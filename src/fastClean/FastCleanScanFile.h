@@ -1,5 +1,6 @@
 #pragma once
 
+#include "JunkEntries.h"
 #include "JunkLocation.h"
 #include "TCTreeNode.h"
 
@@ -17,12 +18,6 @@ namespace brisko {
 inline constexpr int kJunkCategoryCount = 6;
 
 class HostLocations;
-
-/// A location or folder that the scan could not look into, and why, in one line for people.
-struct SkippedPath {
-  std::string path;
-  std::string reason;
-};
 
 /// The Junk Cleaner's scanner: finds the entries of the six categories and measures them.
 ///
@@ -86,12 +81,12 @@ class FastCleanScanFile {
   /// The locations of a category as the scan takes them: the defined ones, then the host's own.
   static std::vector<JunkLocation> locations(int category);
   static std::vector<JunkLocation> locations(int category, const HostLocations& host);
-  /// The paths of the entries that a scan would list in `places`, unmeasured and unsorted.
-  static std::vector<std::string> entriesIn(const std::vector<JunkLocation>& places);
 
  private:
   struct Run;
   void scanCategory(Run& run, int category, const std::vector<JunkLocation>& places);
+
+  void scanLocation(const Run& run, const JunkLocation& location, TCTreeNode& node, bool selected);
 
   std::function<void(int)> progressSEL_;
   std::atomic<bool> beStop_{false};

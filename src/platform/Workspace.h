@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileIdentity.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -53,6 +55,10 @@ class Workspace {
   /// The name of the icon that suits what `path` names, in the icon-naming convention of desktops
   /// ("folder", "text-x-generic" …). Goes by kind and name; never opens the file.
   virtual std::string iconName(const std::string& path) = 0;
+  /// The same for an item that was looked at already. Long lists ask this: it makes no system call.
+  virtual std::string iconNameOfKind(const std::string& path, FileKind /*kind*/) {
+    return iconName(path);
+  }
 
   /// Opens a web or settings address in the program that the user set for it. False when none could
   /// be started.

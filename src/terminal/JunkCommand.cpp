@@ -141,7 +141,7 @@ int JunkCommand::execute(const GlobalOptions& global) {
   }
   std::string text;
   if (global.json) {
-    text = documentText(report.json());
+    text = report.document();
   } else if (report.wasCleaned && report.planCount > 0) {
     text = "\n" + report.outcome();
   }

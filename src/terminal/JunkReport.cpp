@@ -21,7 +21,7 @@ const char* box(const std::string& image) {
   return image == "unsel" ? "[ ]" : "   ";
 }
 
-std::string entryLine(const JunkReport::Entry& entry) {
+std::string entryLine(const TCTreeNode& entry) {
   return fmt::format("      {} {}  {}\n", entry.selectState == 1 ? "[x]" : "[ ]",
                      rightAligned(entry.size, kSizeColumns), escapedForDisplay(entry.path));
 }
@@ -50,20 +50,29 @@ std::string skippedLines(const std::vector<SkippedPath>& skipped, bool all) {
   return text;
 }
 
-Json categoryJson(const JunkReport::Category& category) {
-  Json entries = Json::array();
-  for (const JunkReport::Entry& entry : category.entries) {
-    Json one = {{"title", replacedUtf8(entry.title)}};
-    setPath(one, "path", entry.path);
-    one["size"] = entry.size;
-    one["bytes"] = entry.bytes;
-    one["selectState"] = entry.selectState;
-    entries.push_back(std::move(one));
+std::string entryText(const TCTreeNode& entry) {
+  Json one = {{"title", replacedUtf8(entry.title)}};
+  setPath(one, "path", entry.path);
+  one["size"] = entry.size;
+  one["bytes"] = entry.logicalBytes;
+  one["selectState"] = entry.selectState;
+  return one.dump();
+}
+
+// Entries are written one by one: as one value in memory, a large home would take half a gigabyte.
+void append(std::string& text, const JunkReport::Category& category) {
+  const Json head = {{"index", category.index},       {"title", category.title},
+                     {"subTitle", category.subTitle}, {"size", category.size},
+                     {"bytes", category.bytes},       {"boxImage", category.boxImage}};
+  text += "    " + head.dump();
+  text.back() = ',';
+  text += "\n     \"entries\":[";
+  const char* separator = "\n       ";
+  for (const auto& entry : category.entries) {
+    text += separator + entryText(*entry);
+    separator = ",\n       ";
   }
-  return {{"index", category.index},       {"title", category.title},
-          {"subTitle", category.subTitle}, {"size", category.size},
-          {"bytes", category.bytes},       {"boxImage", category.boxImage},
-          {"entries", std::move(entries)}};
+  text += "]}";
 }
 
 template <typename Place>
@@ -78,11 +87,21 @@ Json placesJson(const std::vector<Place>& places) {
   return all;
 }
 
+std::vector<std::string> selectedPaths(const std::vector<JunkReport::Category>& categories) {
+  std::vector<std::string> paths;
+  for (const JunkReport::Category& category : categories) {
+    for (const auto& entry : category.entries) {
+      if (entry->selectState == 1) paths.push_back(entry->path);
+    }
+  }
+  return paths;
+}
+
 }  // namespace
 
 std::size_t JunkReport::Category::selectedCount() const {
   return static_cast<std::size_t>(std::count_if(
-      entries.begin(), entries.end(), [](const Entry& entry) { return entry.selectState == 1; }));
+      entries.begin(), entries.end(), [](const auto& entry) { return entry->selectState == 1; }));
 }
 
 void JunkReport::takeScan(const FastCleanModel& model,
@@ -91,17 +110,9 @@ void JunkReport::takeScan(const FastCleanModel& model,
     // Without a size the scan, which was interrupted, may still be filling it.
     if (!wanted[i] || model.rows()[i].size.empty()) continue;
     const TCTreeNode& node = *model.allTypeArr()[i];
-    Category category{static_cast<int>(i),
-                      node.title,
-                      node.subTitle,
-                      node.size,
-                      node.logicalBytes,
-                      FastCleanModel::boxImage(node),
-                      {}};
-    for (const auto& entry : node.detailChildren) {
-      category.entries.push_back(
-          {entry->title, entry->path, entry->size, entry->logicalBytes, entry->selectState});
-    }
+    Category category{static_cast<int>(i), node.title,        node.subTitle,
+                      node.size,           node.logicalBytes, FastCleanModel::boxImage(node),
+                      node.detailChildren};
     totalBytes += category.bytes;
     categories.push_back(std::move(category));
   }
@@ -118,33 +129,28 @@ void JunkReport::takeCleaning(const FastCleanModel& model) {
   wasInterrupted = model.cleaningWasStopped();
 }
 
-Json JunkReport::json() const {
-  Json document = {{"categories", Json::array()}};
-  for (const Category& category : categories) {
-    document["categories"].push_back(categoryJson(category));
+std::string JunkReport::document() const {
+  std::string text = "{\n  \"categories\":[\n";
+  for (std::size_t i = 0; i < categories.size(); ++i) {
+    if (i > 0) text += ",\n";
+    append(text, categories[i]);
   }
-  document["total"] = total;
-  document["totalBytes"] = totalBytes;
-  document["fullDiskAccess"] = fullDiskAccess;
-  document["skipped"] = placesJson(skipped);
+  Json rest = {{"total", total},
+               {"totalBytes", totalBytes},
+               {"fullDiskAccess", fullDiskAccess},
+               {"skipped", placesJson(skipped)}};
   if (isDryRun) {
-    std::vector<std::string> paths;
-    for (const Category& category : categories) {
-      for (const Entry& entry : category.entries) {
-        if (entry.selectState == 1) paths.push_back(entry.path);
-      }
-    }
-    document["dryRun"] = true;
-    setPaths(document, "wouldRemove", paths);
+    rest["dryRun"] = true;
+    setPaths(rest, "wouldRemove", selectedPaths(categories));
   }
   if (wasCleaned) {
-    setPaths(document, "removed", removed);
-    document["failed"] = placesJson(failed);
-    document["freed"] = freed;
-    document["freedBytes"] = freedBytes;
+    setPaths(rest, "removed", removed);
+    rest["failed"] = placesJson(failed);
+    rest["freed"] = freed;
+    rest["freedBytes"] = freedBytes;
   }
-  if (wasInterrupted) document["interrupted"] = true;
-  return document;
+  if (wasInterrupted) rest["interrupted"] = true;
+  return text + "],\n" + documentText(rest).substr(2);
 }
 
 std::string JunkReport::overview(Entries shown) const {
@@ -157,8 +163,8 @@ std::string JunkReport::overview(Entries shown) const {
     if (shown == Entries::selected && category.selectedCount() == 0) continue;
     text += categoryLine(category, style);
     if (shown == Entries::none) continue;
-    for (const Entry& entry : category.entries) {
-      if (shown == Entries::all || entry.selectState == 1) text += entryLine(entry);
+    for (const auto& entry : category.entries) {
+      if (shown == Entries::all || entry->selectState == 1) text += entryLine(*entry);
     }
     if (shown == Entries::all && !category.entries.empty()) text += "\n";
   }

@@ -4,6 +4,7 @@
 #include "Json.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,13 +13,6 @@ namespace brisko {
 /// What "brisko junk" has to tell, as it stood when the scan had ended; what a cleaning did is
 /// added.
 struct JunkReport {
-  struct Entry {
-    std::string title;
-    std::string path;
-    std::string size;
-    std::uint64_t bytes = 0;
-    int selectState = 0;
-  };
   struct Category {
     int index = 0;
     std::string title;
@@ -26,7 +20,7 @@ struct JunkReport {
     std::string size;
     std::uint64_t bytes = 0;
     std::string boxImage;
-    std::vector<Entry> entries;
+    std::vector<std::shared_ptr<TCTreeNode>> entries;  ///< not changed any more
 
     std::size_t selectedCount() const;
   };
@@ -51,7 +45,8 @@ struct JunkReport {
   void takeScan(const FastCleanModel& model, const std::array<bool, kJunkCategoryCount>& wanted);
   void takeCleaning(const FastCleanModel& model);
 
-  Json json() const;
+  /// The JSON document, one line per entry.
+  std::string document() const;
   /// The categories as a table; with `entries`, each with its entries below it, all of them or
   /// those that are ticked.
   enum class Entries { none, selected, all };

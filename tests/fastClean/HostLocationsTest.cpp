@@ -59,9 +59,17 @@ HostLocations::Variables variablesBelow(const std::string& root) {
 std::vector<std::string> takenBelow(const TemporaryFolder& folder) {
   const HostLocations host(tableBelow(folder.path()), variablesBelow(folder.path()));
   std::vector<std::string> taken;
+  std::vector<SkippedPath> skipped;
+  const std::atomic<bool> goOn{false};
   for (int category = 0; category < kJunkCategoryCount; ++category) {
-    for (const auto& entry : FastCleanScanFile::entriesIn(host.locations(category))) {
-      taken.push_back(std::to_string(category) + " " + entry.substr(folder.path().size() + 1));
+    for (const JunkLocation& location : host.locations(category)) {
+      JunkEntries found(location, skipped);
+      for (JunkEntry& entry : found.entries()) {
+        found.measure(entry, goOn);
+        if (entry.isLeftOut) continue;
+        taken.push_back(std::to_string(category) + " " +
+                        entry.path.substr(folder.path().size() + 1));
+      }
     }
   }
   return taken;

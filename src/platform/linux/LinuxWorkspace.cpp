@@ -79,7 +79,11 @@ void LinuxWorkspace::stopObserving(int token) {
 
 std::string LinuxWorkspace::iconName(const std::string& path) {
   const auto identity = FileIdentity::at(path);
-  switch (identity ? identity->kind : FileKind::unknown) {
+  return iconNameOfKind(path, identity ? identity->kind : FileKind::unknown);
+}
+
+std::string LinuxWorkspace::iconNameOfKind(const std::string& path, FileKind kind) {
+  switch (kind) {
     case FileKind::directory:
       return "folder";
     case FileKind::symbolicLink:
