@@ -23,7 +23,8 @@ struct FirstFrame : QObject {
   bool eventFilter(QObject*, QEvent* event) override {
     if (event->type() != QEvent::Paint || isPending) return false;
     isPending = true;
-    QMetaObject::invokeMethod(this, [] { ::_exit(0); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [] { ::_exit(0); }, Qt::QueuedConnection);
     return false;
   }
   bool isPending = false;

@@ -146,10 +146,12 @@ void FastCleanViewController::showMainButton() {
 
 void FastCleanViewController::keepFocus(bool mainButtonIsEnabled) {
   // A disabled button hands the focus to whatever comes next. The page holds it instead, until the
-  // button can be pressed again.
-  if (!mainButtonIsEnabled && mainButton->hasFocus()) getView()->setFocus();
+  // button can be pressed again. The window is asked, because it may not be the active one just
+  // now.
+  const QWidget* window = getView()->window();
+  if (!mainButtonIsEnabled && window->focusWidget() == mainButton) getView()->setFocus();
   mainButton->setEnabled(mainButtonIsEnabled);
-  if (mainButtonIsEnabled && getView()->hasFocus()) mainButton->setFocus();
+  if (mainButtonIsEnabled && window->focusWidget() == getView()) mainButton->setFocus();
 }
 
 void FastCleanViewController::showView() {

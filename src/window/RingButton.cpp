@@ -132,9 +132,10 @@ void RingButton::paintRing(QPainter* painter) const {
     painter->drawEllipse(ring);
   }
   if (hasFocus()) {
-    const qreal edge = kRingWidth / 2 + (look_ == Look::working ? 0 : 1);
+    // Round the outside of the ring, and its own width away from the widget's edge.
+    painter->setBrush(Qt::NoBrush);
     painter->setPen(QPen(themeColor(Theme::Token::accent), 2));
-    painter->drawEllipse(ring.adjusted(-edge + 1, -edge + 1, edge - 1, edge - 1));
+    painter->drawEllipse(ring.adjusted(-2, -2, 2, 2));
   }
 }
 

@@ -126,6 +126,8 @@ TEST_F(JunkPage, CleaningLocksThePagesAndEndsWithWhatWasFreed) {
   root.sizedFile("Users/anna/Library/Caches/a\nb", 1'000'001);  // not what was shown any more
   clean("answer1");
   EXPECT_FALSE(junk().isCanClick());
+  EXPECT_EQ(delegate->window()->focusWidget()->objectName(), page(1)->objectName())
+      << "not on to the next control";
   click("cell0");
   EXPECT_EQ(shownPage(), 1);
   EXPECT_FALSE(part("backHomeButton")->isEnabled());
