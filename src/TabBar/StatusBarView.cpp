@@ -4,7 +4,6 @@
 #include "LocalizedString.h"
 #include "StatusPanel.h"
 
-#include <QApplication>
 #include <QCursor>
 
 namespace brisko {
@@ -18,7 +17,7 @@ void StatusBarView::setStatusItem(QSystemTrayIcon* item) {
   menu_ = std::make_unique<QMenu>();
   menu_->addAction(getLocalizedString("Open Brisko"), this, &StatusBarView::mainWindowRequested);
   menu_->addSeparator();
-  menu_->addAction(getLocalizedString("Quit Brisko"), qApp, &QApplication::quit);
+  menu_->addAction(getLocalizedString("Quit Brisko"), this, &StatusBarView::quitRequested);
   item->setContextMenu(menu_.get());
   item->setToolTip(QStringLiteral("Brisko"));
   connect(item, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason why) {

@@ -35,6 +35,7 @@ class StatusBarView : public QObject {
   void mainWindowRequested();
   /// The item was pressed in the way that asks for the program itself: shows or hides the window.
   void reopenRequested();
+  void quitRequested();
 
  private:
   QSystemTrayIcon* statusItem_ = nullptr;

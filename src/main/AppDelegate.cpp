@@ -29,6 +29,7 @@ namespace {
 constexpr const char* kAppearanceKeyPath = "button.effectiveAppearance";
 constexpr int kUnifiedTitleBarVersion = 1016;
 constexpr int kMenuBarDelay = 1000;  // milliseconds
+constexpr int kBusyDelay = 100;      // milliseconds between two looks at busy pages
 
 std::string iconForDark(bool isDark) {
   return isDark ? "logo_dark" : "logo_light";
@@ -43,6 +44,7 @@ AppDelegate::AppDelegate() : _window(std::make_unique<MainWindow>()) {
   aLeftView->setGeometry(0, 0, LeftViewCtl::kWidth, MainWindow::kContentHeight);
   statusBarV = new StatusBarView(this);
   connect(statusBarV, &StatusBarView::mainWindowRequested, this, &AppDelegate::showMainWindow);
+  connect(statusBarV, &StatusBarView::quitRequested, this, &AppDelegate::terminate);
   connect(statusBarV, &StatusBarView::reopenRequested, this,
           [this] { applicationShouldHandleReopen(aWindow->isVisible()); });
   connect(aWindow, &MainWindow::closeRequested, this, &AppDelegate::closeWindow);
@@ -153,7 +155,20 @@ void AppDelegate::showMainWindow() {
 void AppDelegate::closeWindow() {
   aWindow->hide();
   isOpenMainWindow = false;
-  if (applicationShouldTerminateAfterLastWindowClosed()) QApplication::quit();
+  if (applicationShouldTerminateAfterLastWindowClosed()) terminate();
+}
+
+void AppDelegate::terminate() {
+  aWindow->hide();
+  isOpenMainWindow = false;
+  if (ViewMan::returnViewMan().checkCanClick(0)) {
+    QApplication::quit();
+    return;
+  }
+  // Whoever opens the window again meanwhile wants to stay.
+  QTimer::singleShot(kBusyDelay, this, [this] {
+    if (!isOpenMainWindow) terminate();
+  });
 }
 
 bool AppDelegate::applicationShouldHandleReopen(bool) {

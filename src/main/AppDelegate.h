@@ -52,6 +52,10 @@ class AppDelegate : public QObject {
   /// lets it.
   void closeWindow();
 
+  /// Ends the process, but not in the middle of a page's work: hides the window at once and quits
+  /// as soon as no page is busy.
+  void terminate();
+
   /// Makes the menu-bar item and its panel. Without a tray it does nothing.
   void addMenuBar();
 

@@ -9,7 +9,6 @@
 #include "ZKLinkUrl.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QKeySequence>
 #include <QMenu>
 #include <QShortcut>
@@ -45,9 +44,8 @@ void AppDelegate::buildMenu() {
   menu_->addSeparator();
   add(menu_, "Close Window", "closeWindow", &AppDelegate::closeWindow)
       ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
-  QAction* quit = menu_->addAction(getLocalizedString("Quit Brisko"), qApp, &QApplication::quit);
-  quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
-  quit->setObjectName(QStringLiteral("quit"));
+  add(menu_, "Quit Brisko", "quit", &AppDelegate::terminate)
+      ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
   // The menu opens from a button, so the window itself must know the actions' keys.
   aWindow->addActions(menu_->actions());
 }

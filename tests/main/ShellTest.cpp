@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QTimer>
 
 using namespace brisko;
 using namespace brisko::test;
@@ -135,6 +136,21 @@ TEST_F(Shell, CloseHidesTheWindowAndReopenTogglesIt) {
   delegate->window()->close();  // the desktop's own way
   EXPECT_FALSE(delegate->window()->isVisible());
   EXPECT_FALSE(delegate->isOpen());
+}
+
+TEST_F(Shell, QuittingWaitsForTheWorkOfABusyPage) {
+  launch();
+  BusyPage page;
+  ViewMan::returnViewMan().addView(&page);
+  QTimer::singleShot(0, delegate.get(), &AppDelegate::terminate);
+  bool wasHiddenMeanwhile = false;
+  QTimer::singleShot(250, [&] {
+    wasHiddenMeanwhile = !delegate->window()->isVisible();
+    page.busy = false;
+  });
+  QApplication::exec();
+  EXPECT_FALSE(page.busy);
+  EXPECT_TRUE(wasHiddenMeanwhile);
 }
 
 TEST_F(Shell, PageKeepsItsStateWhileTheWindowIsResizedAndHidden) {
