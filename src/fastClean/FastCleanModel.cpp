@@ -1,17 +1,11 @@
 #include "FastCleanModel.h"
 
 #include "Dispatch.h"
-#include "Host.h"
-#include "SystemLog.h"
+#include "FullDiskAccessAuthorizer.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-
-#include <pwd.h>
-#include <unistd.h>
 
 namespace brisko {
 namespace {
@@ -60,23 +54,7 @@ void FastCleanModel::setFullDiskAccessQuestion(std::function<void()> ask) {
 }
 
 int FastCleanModel::getAuthorizationStatus() {
-  const bool isSandboxed = std::getenv("APP_SANDBOX_CONTAINER_ID") != nullptr;
-  const passwd* user = isSandboxed ? ::getpwuid(::getuid()) : nullptr;
-  const std::string home = user != nullptr ? user->pw_dir : Host::current().folders->home();
-  const std::string path = home + "/Library/Safari";
-  SystemLog::line("isSandboxed : {}", isSandboxed ? 1 : 0);
-  SystemLog::line("userHomePath : {}, path : {}", home, path);
-  int error = 0;
-  auto folder = Host::current().catalog->open(path, error);
-  std::string listing;
-  CatalogBatch batch;
-  while (folder && folder->read(batch, 0)) {
-    for (const CatalogItem& item : batch.items)
-      listing += std::string(item.name) + ", ";
-  }
-  SystemLog::line("paths : {}", listing);
-  if (folder && folder->error() == 0) return 2;
-  return error == ENOENT ? 0 : 1;
+  return static_cast<int>(FullDiskAccessAuthorizer::sharedInstance().authorizationStatus());
 }
 
 void FastCleanModel::tell(void (FastCleanModelListener::*what)()) {

@@ -272,18 +272,20 @@ TEST_F(RemovalHelperTest, WorksForNobodyButAClientOnASocket) {
   setenv("PKEXEC_UID", "0x10", 1);
   EXPECT_EQ(statusOf({builtHelper()}), 1);
   unsetenv("PKEXEC_UID");
-  EXPECT_EQ(asUser(kNobody,
-                   [&] {
-                     int pair[2];
-                     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) != 0) return 2;
-                     const pid_t process = launch({builtHelper()}, pair[1]);
-                     close(pair[1]);
-                     const bool spoke = helper::receive(pair[0]).has_value();
-                     int status = 0;
-                     waitpid(process, &status, 0);
-                     return spoke ? 3 : WEXITSTATUS(status);
-                   }),
-            access(builtHelper().c_str(), X_OK) == 0 ? 1 : 0);
+  constexpr int kOutOfReach = 4;
+  const int asNobody = asUser(kNobody, [&] {
+    if (access(builtHelper().c_str(), X_OK) != 0) return kOutOfReach;
+    int pair[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) != 0) return 2;
+    const pid_t process = launch({builtHelper()}, pair[1]);
+    close(pair[1]);
+    const bool spoke = helper::receive(pair[0]).has_value();
+    int status = 0;
+    waitpid(process, &status, 0);
+    return spoke ? 3 : WEXITSTATUS(status);
+  });
+  if (asNobody == kOutOfReach) GTEST_SKIP() << "because others may not enter the build folder";
+  EXPECT_EQ(asNobody, 1);
 }
 
 TEST_F(RemovalHelperTest, EndsWithItsClientAlsoWhileRmRuns) {

@@ -128,6 +128,18 @@ bool showsAPartOnly(libmnt_fs* mount) {
   return part != "/" && type != "btrfs";
 }
 
+// In a changed root ("/" of a container or a rescue system) no mount stands for "/"; the volume is
+// there all the same.
+MountedVolume rootWithoutMount() {
+  MountedVolume volume;
+  volume.root = "/";
+  struct stat status;
+  if (stat("/", &status) == 0) addPlace(volume, status.st_dev, false);
+  addSizes(volume);
+  volume.name = nameOf(volume);
+  return volume;
+}
+
 }  // namespace
 
 std::vector<MountedVolume> linuxMountedVolumes(const std::string& mountInfo) {
@@ -164,6 +176,9 @@ std::vector<MountedVolume> linuxMountedVolumes(const std::string& mountInfo) {
     } else {
       volumes.push_back(std::move(volume));
     }
+  }
+  if (volumes.empty() || volumes.front().root != "/") {
+    volumes.insert(volumes.begin(), rootWithoutMount());
   }
   return volumes;
 }
