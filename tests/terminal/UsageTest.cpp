@@ -67,6 +67,9 @@ TEST(TerminalUsage, withoutCommandAndDisplayTheJunkIsReportedAndThatIsSaid) {
   EXPECT_THAT(outcome.output, HasSubstr("System Junk"));
   const Outcome byVariable = Program().variable("BRISKO_ROOT", folder.path()).run({});
   EXPECT_EQ(byVariable.output, outcome.output);
+  const Outcome staleDisplay =
+      Program().variable("DISPLAY", ":4711").run({"--root", folder.path()});
+  EXPECT_EQ(staleDisplay.output, outcome.output);
   // The folder is made absolute and free of links.
   TemporaryFolder elsewhere;
   const std::string link = elsewhere.link("link", folder.path());
