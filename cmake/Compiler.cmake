@@ -23,6 +23,12 @@ if(BRISKO_SANITIZE)
   target_link_options(brisko_options INTERFACE -fsanitize=${BRISKO_SANITIZE})
 endif()
 
+if(BRISKO_FUZZ)
+  # The fuzzer is steered by what every part of the program reports, not its targets alone.
+  target_compile_options(brisko_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(brisko_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE)
   # Precompiled headers are cacheable only when ccache may overlook their time stamps.

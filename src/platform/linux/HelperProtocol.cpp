@@ -124,7 +124,11 @@ std::optional<Message> decode(std::string_view bytes) {
         return std::nullopt;
       }
       shown.kind = static_cast<FileKind>(kind);
-      if (hasIdentity == 1) message.shown = shown;
+      if (hasIdentity == 1) {
+        message.shown = shown;
+      } else if (shown != FileIdentity{}) {
+        return std::nullopt;
+      }
       message.path = reader.rest();
       break;
     }
