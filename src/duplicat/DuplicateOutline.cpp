@@ -15,6 +15,7 @@ namespace brisko {
 namespace {
 
 constexpr int kTagHeight = 18;
+constexpr int kLeastName = 64;  // below it a tag would only be in the way
 
 void paintGround(QPainter* painter, const QRect& rect, bool isSelected) {
   if (isSelected) painter->fillRect(rect, themeColor(Theme::Token::accentSoft));
@@ -29,7 +30,7 @@ void paintGround(QPainter* painter, const QRect& rect, bool isSelected) {
 void paintTag(QPainter* painter, QRect& area, const QString& word, Theme::Token ink) {
   painter->setFont(Theme::shared().font(11, QFont::DemiBold));
   const int width = painter->fontMetrics().horizontalAdvance(word) + 14;
-  if (width > area.width() / 2) return;
+  if (width > area.width() - kLeastName) return;
   QRect tag(area.right() - width + 1, area.center().y() - kTagHeight / 2, width, kTagHeight);
   QColor ground = themeColor(ink);
   ground.setAlphaF(0.12F);
@@ -86,8 +87,9 @@ class OutlineDelegate : public QStyledItemDelegate {
     }
     painter->setFont(Theme::shared().font(13, isGroup ? QFont::DemiBold : QFont::Normal));
     painter->setPen(themeColor(isGroup ? Theme::Token::text : Theme::Token::textSecondary));
-    const QString text =
-        painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideMiddle, area.width());
+    // Of a path the end tells copies apart.
+    const QString text = painter->fontMetrics().elidedText(
+        index.data().toString(), isGroup ? Qt::ElideMiddle : Qt::ElideLeft, area.width());
     painter->drawText(area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
   }
 };
@@ -99,7 +101,7 @@ DuplicateOutline::DuplicateOutline(QWidget* parent) : QTreeView(parent) {
   setItemDelegate(new OutlineDelegate(this));
   setUniformRowHeights(true);
   setTreePosition(DuplicateTreeModel::NameColumn);
-  setIndentation(20);
+  setIndentation(18);
   setAnimated(false);
   setFrameShape(QFrame::NoFrame);
   setExpandsOnDoubleClick(false);
@@ -116,14 +118,19 @@ void DuplicateOutline::setTree(DuplicateTreeModel* tree) {
   header()->setStretchLastSection(false);
   header()->setSectionsMovable(false);
   header()->setMinimumSectionSize(48);
-  constexpr int kWidths[] = {52, 200, 56, 92, 136};
+  // How long a date is depends on the user's language.
+  const QFontMetrics metrics(Theme::shared().font(12));
+  SimpleNodeData sample;
+  sample.ModificationDate.seconds = 1'797'600'000;
+  const int date = metrics.horizontalAdvance(modificationDateText(sample)) + Space::wide;
+  const int widths[] = {52, 200, 52, 88, date};
   for (int column = 0; column < DuplicateTreeModel::count; ++column) {
     const bool isName = column == DuplicateTreeModel::NameColumn;
     header()->setSectionResizeMode(column, isName ? QHeaderView::Stretch
                                            : column == DuplicateTreeModel::Checkbox
                                                ? QHeaderView::Fixed
                                                : QHeaderView::Interactive);
-    if (!isName) header()->resizeSection(column, kWidths[column]);
+    if (!isName) header()->resizeSection(column, widths[column]);
   }
 }
 

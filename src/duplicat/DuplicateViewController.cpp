@@ -58,6 +58,7 @@ DuplicateViewController::DuplicateViewController()
   const Module& module = moduleTable()[3];
   ui_->startView->show("ill_duplicate", getLocalizedString(module.label),
                        getLocalizedString("Drop a folder here, or choose one to search."));
+  ui_->stopScanButton->setLook(RingButton::Look::working);
   ui_->endImageView->setImageName("ill_success");
   ui_->endImageView->setImageSide(160);
   setUpOutline();
@@ -189,6 +190,7 @@ void DuplicateViewController::searchIsOver() {
 }
 
 void DuplicateViewController::toProWithValue(float value) {
+  showProgress();
   Q_EMIT searchProgressed(value);
 }
 
@@ -268,7 +270,7 @@ void DuplicateViewController::treeReset() {
   ui_->preview->show(nullptr);
   if (tree_->rowCount() == 0) return;
   ui_->outline->expand(tree_->index(0, 0));
-  ui_->outline->setCurrentIndex(tree_->index(0, DuplicateTreeModel::NameColumn));
+  ui_->outline->setCurrentIndex(tree_->index(0, 0));
 }
 
 void DuplicateViewController::treeWillChange() {

@@ -48,7 +48,8 @@ void DuplicateViewController::showRemoving() {
   ui_->removeButton->setVisible(!isBusy);
   if (isBusy && ui_->stopRemoveButton->isHidden()) {
     ui_->stopRemoveButton->setEnabled(true);
-    ui_->removalBar->setRange(0, 0);
+    ui_->removalBar->setRange(0, 1);
+    ui_->removalBar->setValue(0);
     ui_->summaryLabel->setText(getLocalizedString("Removing…"));
   }
   if (!isBusy && !ui_->stopRemoveButton->isHidden()) {

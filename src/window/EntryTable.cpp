@@ -18,7 +18,8 @@ constexpr int kSizeWidth = 132;
 }  // namespace
 
 CheckHeaderView::CheckHeaderView(QWidget* parent)
-    : QHeaderView(Qt::Horizontal, parent), box_(new ImageCheckBox(viewport())) {
+    : QHeaderView(Qt::Horizontal, parent), box_(new ImageCheckBox(this)) {
+  // Not in the viewport, whose children move along when the header scrolls.
   box_->setObjectName(QStringLiteral("selectAllButton"));
   box_->setAccessibleName(getLocalizedString("Select all"));
   box_->setToolTip(box_->accessibleName());
