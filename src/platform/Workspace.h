@@ -63,6 +63,11 @@ class Workspace {
   /// Opens a web or settings address in the program that the user set for it. False when none could
   /// be started.
   virtual bool openAddress(const std::string& address) = 0;
+
+  /// Shows `path` selected in its folder in the user's file browser, or just that folder where the
+  /// browser cannot select. Returns at once; false when no program for it could be started, and
+  /// always on hosts without a file browser.
+  virtual bool reveal(const std::string& /*path*/) { return false; }
 };
 
 }  // namespace brisko

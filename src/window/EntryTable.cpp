@@ -18,7 +18,8 @@ constexpr int kSizeWidth = 132;
 }  // namespace
 
 CheckHeaderView::CheckHeaderView(QWidget* parent)
-    : QHeaderView(Qt::Horizontal, parent), box_(new ImageCheckBox(viewport())) {
+    : QHeaderView(Qt::Horizontal, parent), box_(new ImageCheckBox(this)) {
+  // Not in the viewport, whose children move along when the header scrolls.
   box_->setObjectName(QStringLiteral("selectAllButton"));
   box_->setAccessibleName(getLocalizedString("Select all"));
   box_->setToolTip(box_->accessibleName());
@@ -55,11 +56,11 @@ void CheckHeaderView::paintSection(QPainter* painter, const QRect& rect, int sec
     painter->drawText(text, (isRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, title);
     if (isSorted) {
       const int width = painter->fontMetrics().horizontalAdvance(title);
-      QPointF centre(isRight ? text.right() - width - 10 : text.left() + width + 12,
-                     rect.center().y() + 1);
-      painter->translate(centre);
-      painter->rotate(sortIndicatorOrder() == Qt::AscendingOrder ? -90 : 90);
-      ImageLookup::paint(painter, "ic_chevron", QRectF(-6, -6, 12, 12),
+      const QPointF centre(isRight ? text.right() - width - 10 : text.left() + width + 12,
+                           rect.center().y() + 1);
+      const bool isAscending = sortIndicatorOrder() == Qt::AscendingOrder;
+      ImageLookup::paint(painter, isAscending ? "ic_ascend" : "ic_deascend",
+                         QRectF(centre - QPointF(6, 6), QSizeF(12, 12)),
                          themeColor(Theme::Token::text));
     }
   }

@@ -14,6 +14,7 @@ struct FakeWorkspace : Workspace {
   std::vector<LaunchedApplication> applications;
   std::vector<MountedVolume> volumes;
   std::vector<std::string> opened;
+  std::vector<std::string> revealed;
   bool opens = true;
   std::map<int, Observer> observers;
 
@@ -36,6 +37,10 @@ struct FakeWorkspace : Workspace {
   bool openAddress(const std::string& address) override {
     opened.push_back(address);
     return opens;
+  }
+  bool reveal(const std::string& path) override {
+    revealed.push_back(path);
+    return true;
   }
 };
 

@@ -6,11 +6,11 @@
 #include "SystemLog.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <string_view>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -59,6 +59,61 @@ bool isAddress(std::string_view text) {
   });
 }
 
+// Starts a program, found by PATH, with nothing to read from and nowhere to write to. 0 when it
+// could not be started. Nothing but the new process sees the arguments, and no shell.
+pid_t start(std::vector<std::string> arguments) {
+  std::vector<char*> pointers;
+  for (std::string& argument : arguments)
+    pointers.push_back(argument.data());
+  pointers.push_back(nullptr);
+  posix_spawn_file_actions_t files;
+  posix_spawn_file_actions_init(&files);
+  for (int descriptor : {0, 1, 2}) {
+    posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", O_RDWR, 0);
+  }
+  pid_t child = 0;
+  const int failure = posix_spawnp(&child, pointers[0], &files, nullptr, pointers.data(), environ);
+  posix_spawn_file_actions_destroy(&files);
+  return failure == 0 ? child : 0;
+}
+
+bool endsWell(pid_t child) {
+  int status = 0;
+  return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+// The "file" address of a path. All but letters, digits and "-._~/" is encoded byte by byte, so the
+// name needs to be in no particular character set and no character of it means anything to others.
+std::string fileAddress(const std::string& path) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string address = "file://";
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte < 0x80 && std::isalnum(byte) != 0) ||
+        std::string_view("-._~/").find(c) != std::string_view::npos) {
+      address += c;
+    } else {
+      address += '%';
+      address += kDigits[byte >> 4];
+      address += kDigits[byte & 15];
+    }
+  }
+  return address;
+}
+
+// A session without a bus or without a file manager on it answers with a failure.
+std::vector<std::string> showItemsCall(const std::string& address) {
+  return {"dbus-send",
+          "--session",
+          "--print-reply",
+          "--reply-timeout=5000",
+          "--dest=org.freedesktop.FileManager1",
+          "/org/freedesktop/FileManager1",
+          "org.freedesktop.FileManager1.ShowItems",
+          "array:string:" + address,
+          "string:"};
+}
+
 }  // namespace
 
 std::vector<LaunchedApplication> LinuxWorkspace::launchedApplications() {
@@ -100,24 +155,34 @@ bool LinuxWorkspace::openAddress(const std::string& address) {
     SystemLog::line("Not an address: {}", address);
     return false;
   }
-  std::string program = "xdg-open";
-  std::string argument = address;
-  std::array<char*, 3> arguments{program.data(), argument.data(), nullptr};
-  posix_spawn_file_actions_t files;
-  posix_spawn_file_actions_init(&files);
-  for (int descriptor : {0, 1, 2}) {
-    posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", O_RDWR, 0);
-  }
-  pid_t child = 0;
-  const int failure =
-      posix_spawnp(&child, program.c_str(), &files, nullptr, arguments.data(), environ);
-  posix_spawn_file_actions_destroy(&files);
-  if (failure != 0) {
+  const pid_t child = start({"xdg-open", address});
+  if (child == 0) {
     SystemLog::line("Could not open {}: no program for addresses", address);
     return false;
   }
   // The browser may stay in the foreground of xdg-open for hours; somebody has to take its status.
-  std::thread([child] { waitpid(child, nullptr, 0); }).detach();
+  std::thread([child] { endsWell(child); }).detach();
+  return true;
+}
+
+bool LinuxWorkspace::reveal(const std::string& path) {
+  if (!path.starts_with('/')) {
+    SystemLog::line("Not an absolute path: {}", path);
+    return false;
+  }
+  const std::string folder = path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
+  const auto openFolder = [folder] { return start({"xdg-open", fileAddress(folder)}); };
+  const pid_t call = start(showItemsCall(fileAddress(path)));
+  const pid_t browser = call == 0 ? openFolder() : 0;
+  if (call == 0 && browser == 0) {
+    SystemLog::line("Could not show {}: no file browser", path);
+    return false;
+  }
+  // The file manager may have to be started first, which takes a while.
+  std::thread([call, browser, openFolder] {
+    const pid_t last = call != 0 && !endsWell(call) ? openFolder() : browser;
+    if (last != 0) endsWell(last);
+  }).detach();
   return true;
 }
 

@@ -14,6 +14,7 @@ class LinuxWorkspace : public Workspace {
   std::string iconName(const std::string& path) override;
   std::string iconNameOfKind(const std::string& path, FileKind kind) override;
   bool openAddress(const std::string& address) override;
+  bool reveal(const std::string& path) override;
 
  private:
   LinuxVolumeWatch watch_;

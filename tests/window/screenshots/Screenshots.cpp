@@ -2,8 +2,12 @@
 
 #include "AppDelegate.h"
 #include "BriskoStyle.h"
+#include "DemoDuplicates.h"
 #include "DemoRoot.h"
 #include "Dispatch.h"
+#include "DuplicateOutline.h"
+#include "DuplicateTreeModel.h"
+#include "DuplicateViewController.h"
 #include "FakeWorkspace.h"
 #include "FastCleanViewController.h"
 #include "FullDiskAccessViewController.h"
@@ -13,6 +17,7 @@
 #include "MyNSApplication.h"
 #include "PageController.h"
 #include "RingButton.h"
+#include "SegmentBar.h"
 #include "StatusBarView.h"
 #include "StatusPanel.h"
 #include "TCPreferenceWindowController.h"
@@ -22,9 +27,11 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLocale>
 #include <QTimer>
 
 #include <cstdio>
+#include <utility>
 
 using namespace brisko;
 
@@ -70,6 +77,19 @@ void save(QWidget* widget, const char* name) {
 
 void click(QWidget* page, const char* name) {
   page->findChild<QAbstractButton*>(QLatin1String(name))->click();
+}
+
+// Answers the message that comes up next, after taking its picture.
+void answerNext(const char* picture, const char* answer) {
+  auto* poll = new QTimer(qApp);
+  QObject::connect(poll, &QTimer::timeout, [poll, picture, answer] {
+    QWidget* panel = QApplication::activeModalWidget();
+    if (panel == nullptr) return;
+    delete poll;
+    save(panel, picture);
+    click(panel, answer);
+  });
+  poll->start(50);
 }
 
 // Presses the button and answers the message that comes up, after taking its picture.
@@ -122,12 +142,91 @@ void takeJunkPictures(AppDelegate& delegate, test::DemoRoot& root) {
   click(page, "backHomeButton");
 }
 
+void showResults(DuplicateViewController& duplicates) {
+  Dispatch::waitForBackground();
+  while (duplicates.model().isSearching() || !duplicates.model().bSearchFinished())
+    settle(20);
+}
+
+// Both at once: the program's progress never goes back, so only its first search shows all of it.
+void takeSearchPictures(AppDelegate& delegate, DuplicateViewController& duplicates) {
+  DuplicateModel& model = duplicates.model();
+  static bool isTaken = false;
+  if (std::exchange(isTaken, true)) return;
+  QElapsedTimer timer;
+  timer.start();
+  // The end of the search waits in the main queue meanwhile.
+  while (model.progress() < 0.4F && timer.elapsed() < 2000)
+    model.getPathForSreachDuplicate();
+  model.getPathForSreachDuplicate();
+  duplicates.getView()->findChild<RingButton*>()->finishMovement();
+  for (auto appearance : {Theme::Appearance::dark, Theme::Appearance::light}) {
+    Theme::shared().setAppearance(appearance);
+    saveNow(delegate.window(), "duplicates-searching");
+  }
+}
+
+void removeTicked(DuplicateViewController& duplicates) {
+  duplicates.model().doRemoveDuplicateAction();
+  while (!duplicates.isCanClick())
+    settle(20);
+}
+
+void takeDuplicatePictures(AppDelegate& delegate, test::DemoRoot& root) {
+  auto& duplicates = static_cast<DuplicateViewController&>(*delegate.pages()[3]);
+  QWidget* page = duplicates.getView();
+  DuplicateModel& model = duplicates.model();
+  const std::string pictures = root.path() + "/Users/anna/Holiday";
+  test::makeDemoDuplicates(pictures);
+  delegate.goToPage(3);
+  save(delegate.window(), "duplicates-start");
+  duplicates.viewDragAction(pictures);
+  takeSearchPictures(delegate, duplicates);
+  showResults(duplicates);
+  auto* outline = page->findChild<DuplicateOutline*>();
+  QAbstractItemModel& rows = *outline->model();
+  model.didClickTableColumn(DuplicateColumn::FileSize);
+  model.didClickTableColumn(DuplicateColumn::FileSize);
+  for (int row = 0; row < 3; ++row)
+    model.toggle(*static_cast<DuplicateTreeModel&>(rows).node(rows.index(row, 0)));
+  // The hard links, and the three pictures.
+  for (int row : {3, 4})
+    outline->expand(rows.index(row, 0));
+  outline->setCurrentIndex(rows.index(0, 0, rows.index(4, 0)));
+  save(delegate.window(), "duplicates-found");
+  model.loadValueForSegment(1);
+  outline->setCurrentIndex(rows.index(0, 0, rows.index(0, 0)));
+  save(delegate.window(), "duplicates-documents");
+  model.loadValueForSegment(3);
+  save(delegate.window(), "duplicates-none-of-type");
+  model.loadValueForSegment(0);
+  clickAndAnswer(page, "removeButton", "duplicates-confirm", "answer1");
+  saveNow(delegate.window(), "duplicates-removing");
+  while (!duplicates.isCanClick())
+    settle(20);
+  model.setAllSelectOrNoSelect(true);
+  answerNext("duplicates-not-removed", "answer0");  // the hard links
+  removeTicked(duplicates);
+  test::makeDemoDuplicates(pictures);
+  QFile::remove(QString::fromStdString(pictures + "/Phone/track.gpx"));
+  duplicates.viewDragAction(pictures);
+  showResults(duplicates);
+  model.setAllSelectOrNoSelect(true);
+  removeTicked(duplicates);
+  save(delegate.window(), "duplicates-removed");
+  duplicates.viewDragAction(pictures);
+  showResults(duplicates);
+  save(delegate.window(), "duplicates-nothing-found");
+  click(page, "nothingButton");
+}
+
 void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
   delegate.goToPage(0);
   save(delegate.window(), "system-status");
   delegate.goToPage(5);
   save(delegate.window(), "disk-manager");
   takeJunkPictures(delegate, root);
+  takeDuplicatePictures(delegate, root);
   TCPreferenceWindowController about(delegate.window());
   about.show();
   save(&about, "about");
@@ -158,6 +257,8 @@ int main(int argc, char** argv) {
                         volume("Photos", "/media/anna/Photos", Place::externalBus,
                                2'000'000'000'000, 131'000'000'000)};
   Host::current().workspace = std::move(workspace);
+  // Dates are in the pictures.
+  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
   MyNSApplication application(argc, argv);
   MainQueuePump pump;
   QApplication::setStyle(new BriskoStyle);

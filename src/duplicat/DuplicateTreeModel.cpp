@@ -1,0 +1,208 @@
+#include "DuplicateTreeModel.h"
+
+#include "CommUti.h"
+#include "DuplicateModel.h"
+#include "EntryTable.h"
+#include "LocalizedString.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace brisko {
+namespace {
+
+bool isKept(const SimpleTreeNode& leaf) {
+  if (!leaf.nodeData.isLeaf || leaf.nodeData.selectNum == 1) return false;
+  const auto& copies = leaf.nodeParent->children;
+  const auto last = std::find_if(copies.rbegin(), copies.rend(), [](const SimpleTreeNode* copy) {
+    return copy->nodeData.selectNum == 0;
+  });
+  return last != copies.rend() && *last == &leaf;
+}
+
+QString spokenBox(const SimpleNodeData& data) {
+  if (data.selectNum == 0) return getLocalizedString("not selected");
+  return getLocalizedString(data.selectNum == 1 ? "selected" : "partly selected");
+}
+
+}  // namespace
+
+const char* duplicateImage(const SimpleTreeNode& node) {
+  const SimpleTreeNode& group = node.nodeData.isLeaf ? *node.nodeParent : node;
+  if (group.nodeData.isBundle) return "ic_app";
+  switch (group.nodeData.fileType) {
+    case 2:
+      return "ic_itunes";
+    case 3:
+      return "ic_video";
+    case 4:
+      return "ic_archive";
+    case 5:
+      return "ic_picture";
+    default:
+      return "ic_file";
+  }
+}
+
+QString modificationDateText(const SimpleNodeData& data) {
+  const auto moment = QDateTime::fromSecsSinceEpoch(data.ModificationDate.seconds);
+  return QLocale().toString(moment, QLocale::ShortFormat);
+}
+
+void DuplicateTreeModel::reloadData(const SimpleTreeNode* root) {
+  beginResetModel();
+  root_ = root;
+  countRows();
+  endResetModel();
+}
+
+void DuplicateTreeModel::countRows() {
+  rows_.clear();
+  if (root_ == nullptr) return;
+  rows_.reserve(root_->children.size());
+  int row = 0;
+  for (const SimpleTreeNode* group : root_->children)
+    rows_.emplace(group, row++);
+}
+
+void DuplicateTreeModel::nodesWillLeave() {
+  Q_EMIT layoutAboutToBeChanged();
+}
+
+// Only what views hold on to is looked at: the highlighted row and the groups that stand open.
+void DuplicateTreeModel::nodesHaveLeft() {
+  countRows();
+  for (const QModelIndex& held : persistentIndexList()) {
+    const SimpleTreeNode* at = node(held);
+    const bool isGone =
+        at->nodeData.isGone || (at->nodeData.isLeaf && at->nodeParent->nodeData.isGone);
+    const int row = isGone ? -1 : rowOf(at);
+    changePersistentIndex(
+        held, row < 0 ? QModelIndex() : createIndex(row, held.column(), held.internalPointer()));
+  }
+  Q_EMIT layoutChanged();
+}
+
+int DuplicateTreeModel::rowOf(const SimpleTreeNode* node) const {
+  if (node->nodeData.isLeaf) {
+    const auto& copies = node->nodeParent->children;
+    const auto found = std::find(copies.begin(), copies.end(), node);
+    return found == copies.end() ? -1 : static_cast<int>(found - copies.begin());
+  }
+  const auto found = rows_.find(node);
+  return found == rows_.end() ? -1 : found->second;
+}
+
+void DuplicateTreeModel::groupChanged(const SimpleTreeNode* group) {
+  const int row = rowOf(group);
+  if (row < 0) return;
+  const QModelIndex first = index(row, Checkbox);
+  Q_EMIT dataChanged(first, index(row, count - 1));
+  Q_EMIT dataChanged(index(0, Checkbox, first), index(rowCount(first) - 1, count - 1, first));
+}
+
+void DuplicateTreeModel::allTicksChanged() {
+  if (rowCount() > 0) Q_EMIT dataChanged(index(0, Checkbox), index(rowCount() - 1, allSelectNum));
+}
+
+SimpleTreeNode* DuplicateTreeModel::node(const QModelIndex& index) const {
+  return static_cast<SimpleTreeNode*>(index.internalPointer());
+}
+
+QModelIndex DuplicateTreeModel::index(int row, int column, const QModelIndex& parent) const {
+  if (!hasIndex(row, column, parent)) return {};
+  const SimpleTreeNode* above = parent.isValid() ? node(parent) : root_;
+  return createIndex(row, column, above->children[static_cast<std::size_t>(row)]);
+}
+
+QModelIndex DuplicateTreeModel::parent(const QModelIndex& index) const {
+  if (!index.isValid() || !node(index)->nodeData.isLeaf) return {};
+  SimpleTreeNode* group = node(index)->nodeParent;
+  const int row = rowOf(group);
+  return row < 0 ? QModelIndex() : createIndex(row, 0, group);
+}
+
+int DuplicateTreeModel::rowCount(const QModelIndex& parent) const {
+  if (parent.column() > 0 || root_ == nullptr) return 0;
+  const SimpleTreeNode* above = parent.isValid() ? node(parent) : root_;
+  return static_cast<int>(above->children.size());
+}
+
+int DuplicateTreeModel::columnCount(const QModelIndex&) const {
+  return count;
+}
+
+bool DuplicateTreeModel::hasChildren(const QModelIndex& parent) const {
+  return rowCount(parent) > 0;
+}
+
+Qt::ItemFlags DuplicateTreeModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags plain = QAbstractItemModel::flags(index);
+  return index.isValid() && node(index)->nodeData.isLeaf ? plain | Qt::ItemNeverHasChildren : plain;
+}
+
+QVariant DuplicateTreeModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const SimpleTreeNode& at = *node(index);
+  const bool isName = index.column() == NameColumn;
+  switch (role) {
+    case Qt::DisplayRole:
+      return text(at, index.column());
+    case Qt::ToolTipRole:
+      return isName ? toolTipText(displayText(at.nodeData.name)) : QVariant();
+    case Qt::TextAlignmentRole:
+      return static_cast<int>(index.column() >= allSelectNum ? Qt::AlignRight : Qt::AlignLeft);
+    case Qt::AccessibleTextRole:
+      return index.column() == Checkbox ? spokenBox(at.nodeData) : QVariant();
+    case ImageNameRole:
+      return imageName(at, index.column());
+    case KeptRole:
+      return isName && isKept(at);
+    case HardLinkRole:
+      return isName && at.nodeData.isLeaf && at.nodeData.hardLink;
+    default:
+      return {};
+  }
+}
+
+QString DuplicateTreeModel::text(const SimpleTreeNode& node, int column) const {
+  switch (column) {
+    case NameColumn:
+      return displayText(node.nodeData.name);
+    case allSelectNum:
+      return node.nodeData.isLeaf ? QString() : QString::fromStdString(node.showSelectNumStr());
+    case FileSize:
+      return QString::fromStdString(CommUti::convertVolSpace(node.nodeData.fileSize));
+    case ModifyDate:
+      return node.nodeData.isLeaf ? modificationDateText(node.nodeData) : QString();
+    default:
+      return {};
+  }
+}
+
+QString DuplicateTreeModel::imageName(const SimpleTreeNode& node, int column) const {
+  if (column == Checkbox) return QLatin1String(DuplicateModel::boxImage(node.nodeData));
+  return column == NameColumn ? QLatin1String(duplicateImage(node)) : QString();
+}
+
+QVariant DuplicateTreeModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || section < 0 || section >= count) return {};
+  if (role == Qt::TextAlignmentRole) {
+    return static_cast<int>(section >= allSelectNum ? Qt::AlignRight : Qt::AlignLeft);
+  }
+  if (role != Qt::DisplayRole) return {};
+  switch (section) {
+    case NameColumn:
+      return getLocalizedString("Name");
+    case FileSize:
+      return getLocalizedString("Size");
+    case ModifyDate:
+      return getLocalizedString("Modified");
+    default:
+      return QString();
+  }
+}
+
+}  // namespace brisko

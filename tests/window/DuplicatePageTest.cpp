@@ -1,0 +1,415 @@
+#include "DropArea.h"
+#include "DuplicateOutline.h"
+#include "DuplicatePreview.h"
+#include "DuplicateTreeModel.h"
+#include "DuplicateViewController.h"
+#include "EntryTable.h"
+#include "ImageCheckBox.h"
+#include "PreviewContent.h"
+#include "SegmentBar.h"
+#include "WindowFixture.h"
+
+#include <QAbstractItemModelTester>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QUrl>
+
+#include <filesystem>
+
+#include <sys/stat.h>
+
+using namespace brisko;
+using namespace brisko::test;
+
+namespace {
+
+class DuplicatePage : public WindowFixture {
+ protected:
+  void openPage() {
+    launch();
+    click("cell3");
+  }
+  DuplicateViewController& duplicates() {
+    return static_cast<DuplicateViewController&>(*delegate->pages()[3]);
+  }
+  DuplicateModel& model() { return duplicates().model(); }
+  template <typename Widget = QWidget>
+  Widget* part(const char* name) {
+    auto* found = page(3)->findChild<Widget*>(QLatin1String(name));
+    EXPECT_NE(found, nullptr) << name;
+    return found;
+  }
+  QString text(const char* name) { return part<QLabel>(name)->text(); }
+  QString title(const char* name) { return part<QAbstractButton>(name)->text(); }
+  void press(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+  void press(const char* name) { press(part(name)); }
+  DuplicateOutline* outline() { return part<DuplicateOutline>("outline"); }
+  QAbstractItemModel* rows() { return outline()->model(); }
+
+  // Three documents, two pictures, two hard links.
+  void fill() {
+    for (const char* name : {"a.txt", "b.TXT", "c.txt"})
+      root.file("files/" + std::string(name), std::string(4000, 't'));
+    for (const char* name : {"p.JPG", "q.JPG"})
+      root.file("files/" + std::string(name), std::string(90'000, 'p'));
+    std::filesystem::create_hard_link(root.file("files/x.bin", std::string(700, 'x')),
+                                      root / "files/y.bin");
+  }
+  void search() {
+    duplicates().setFolderChooser([this] { return root / "files"; });
+    press("chooseButton");
+    ASSERT_TRUE(part("progressView")->isVisible());
+    ASSERT_TRUE(waitUntil([this] { return !part("progressView")->isVisible(); }));
+  }
+  /// The group with this copy; which copy it is called by is up to the folder's order.
+  QModelIndex group(const char* name) {
+    for (int row = 0; row < rows()->rowCount(); ++row) {
+      const QModelIndex at = rows()->index(row, 0);
+      for (int i = 0; i < rows()->rowCount(at); ++i) {
+        const QString path =
+            copy(at, i).siblingAtColumn(DuplicateTreeModel::NameColumn).data().toString();
+        if (path.endsWith(QLatin1Char('/') + QLatin1String(name))) return at;
+      }
+    }
+    ADD_FAILURE() << "no group with " << name;
+    return {};
+  }
+  static QModelIndex copy(const QModelIndex& group, int row) {
+    return group.model()->index(row, 0, group);
+  }
+  QString image(const QModelIndex& index) { return index.data(ImageNameRole).toString(); }
+  void clickBox(const QModelIndex& index) {
+    outline()->setExpanded(index.parent(), true);
+    outline()->scrollTo(index);
+    QTest::mouseClick(outline()->viewport(), Qt::LeftButton, {},
+                      outline()->visualRect(index.siblingAtColumn(0)).center());
+  }
+  void clickHeader(int section) {
+    QHeaderView* header = outline()->header();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                      {header->sectionViewportPosition(section) + 20, header->height() / 2});
+  }
+  /// Does something that asks, and answers; gives back what was asked.
+  QString answering(const char* answer, const std::function<void()>& act) {
+    QString asked;
+    QTimer::singleShot(0, [&asked, answer] {
+      QWidget* panel = QApplication::activeModalWidget();
+      ASSERT_NE(panel, nullptr);
+      asked = panel->findChild<QLabel*>("messageTitle")->text();
+      QTest::mouseClick(panel->findChild<QWidget*>(QLatin1String(answer)), Qt::LeftButton);
+    });
+    act();
+    return asked;
+  }
+  QString remove(const char* answer) {
+    return answering(answer, [this] { press("removeButton"); });
+  }
+};
+
+TEST_F(DuplicatePage, ResultsAreSharedOutByTypeAndTheFirstGroupIsOpen) {
+  fill();
+  openPage();
+  QSignalSpy ended(&duplicates(), &DuplicateViewController::changeViewActionForDuplicate);
+  EXPECT_TRUE(part("firstView")->isVisible());
+  search();
+  EXPECT_TRUE(part("detailView")->isVisible());
+  EXPECT_EQ(ended.count(), 1);
+  EXPECT_EQ(rows()->rowCount(), 3);
+  EXPECT_TRUE(outline()->isExpanded(rows()->index(0, 0)));
+  EXPECT_EQ(text("summaryLabel"), "7 files in files, selected 0 file in All.");
+  EXPECT_FALSE(part("removeButton")->isEnabled());
+  auto* bar = part<SegmentBar>("segments");
+  ASSERT_EQ(bar->segments().size(), 7U);
+  EXPECT_EQ(bar->segments()[1].title, "Documents");
+  EXPECT_EQ(bar->segments()[1].detail, "12.00 KB");
+  EXPECT_EQ(bar->segments()[5].detail, "180.00 KB");
+  QTest::mouseClick(bar, Qt::LeftButton, {}, bar->segmentRect(5).center());
+  EXPECT_EQ(rows()->rowCount(), 1);
+  QTest::keyClick(bar, Qt::Key_Left);
+  EXPECT_EQ(bar->current(), 4);
+  EXPECT_TRUE(part("noResultView")->isVisible());
+  EXPECT_FALSE(outline()->isVisible());
+  QTest::keyClick(bar, Qt::Key_Home);
+  EXPECT_TRUE(outline()->isVisible());
+  EXPECT_EQ(rows()->rowCount(), 3);
+}
+
+TEST_F(DuplicatePage, GroupBoxKeepsOneCopyAndTheLastOneIsAskedFor) {
+  fill();
+  openPage();
+  search();
+  const QModelIndex documents = group("a.txt");
+  clickBox(documents);
+  EXPECT_EQ(image(documents), "halfsel");
+  EXPECT_EQ(documents.siblingAtColumn(DuplicateTreeModel::allSelectNum).data().toString(), "2/3");
+  EXPECT_EQ(title("removeButton"), "Remove 2 Files (8.00 KB)");
+  EXPECT_EQ(outline()->selectAllBox()->imageName(), "halfsel");
+  const QModelIndex kept = copy(documents, 2);
+  EXPECT_TRUE(kept.siblingAtColumn(DuplicateTreeModel::NameColumn).data(KeptRole).toBool());
+  const QString question = "Are you sure you want to delete all the duplicate files?";
+  EXPECT_EQ(answering("answer0", [&] { clickBox(kept); }), question);
+  EXPECT_EQ(image(kept), "unsel");
+  outline()->setCurrentIndex(kept);
+  EXPECT_EQ(answering("answer1", [&] { QTest::keyClick(outline(), Qt::Key_Space); }), question);
+  EXPECT_EQ(image(kept), "sel");
+  EXPECT_EQ(image(documents), "sel");
+  press(outline()->selectAllBox());
+  EXPECT_EQ(image(documents), "unsel");
+  press(outline()->selectAllBox());
+  EXPECT_EQ(text("summaryLabel"), "7 files in files, selected 4 files in All.");
+}
+
+TEST_F(DuplicatePage, HeaderSortsTheTreeBothWaysAndMarksTheColumn) {
+  fill();
+  openPage();
+  search();
+  QHeaderView* header = outline()->header();
+  clickHeader(DuplicateTreeModel::FileSize);
+  EXPECT_EQ(header->sortIndicatorSection(), DuplicateTreeModel::FileSize);
+  EXPECT_EQ(header->sortIndicatorOrder(), Qt::AscendingOrder);
+  const auto sizeAt = [this](int row) {
+    return rows()->index(row, DuplicateTreeModel::FileSize).data().toString();
+  };
+  EXPECT_EQ(sizeAt(2), "180.00 KB");
+  clickHeader(DuplicateTreeModel::FileSize);
+  EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
+  EXPECT_EQ(sizeAt(0), "180.00 KB");
+  clickHeader(DuplicateTreeModel::allSelectNum);
+  EXPECT_EQ(header->sortIndicatorSection(), DuplicateTreeModel::FileSize);
+  EXPECT_EQ(sizeAt(0), "180.00 KB") << "that column sorts nothing";
+}
+
+TEST_F(DuplicatePage, RemovalWaitsForTheConfirmationAndLocksThePages) {
+  fill();
+  openPage();
+  search();
+  const QAbstractItemModelTester tester(rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::Fatal);
+  outline()->expandAll();
+  clickBox(group("a.txt"));
+  clickBox(group("p.JPG"));
+  EXPECT_EQ(remove("answer0"), "Remove 3 files (98.00 KB)?");
+  EXPECT_TRUE(duplicates().isCanClick());
+  EXPECT_TRUE(exists(root / "files/a.txt"));
+  remove("answer1");
+  EXPECT_FALSE(duplicates().isCanClick());
+  clickBox(group("x.bin"));
+  EXPECT_EQ(model().selectedCount(), 3U) << "what was confirmed is what goes";
+  click("cell0");
+  EXPECT_EQ(shownPage(), 3);
+  EXPECT_TRUE(part("stopRemoveButton")->isVisible());
+  ASSERT_TRUE(waitUntil([this] { return duplicates().isCanClick(); }));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(root / "files"), {}), 4);
+  EXPECT_EQ(rows()->rowCount(), 1) << "groups with one copy left are none";
+  EXPECT_TRUE(outline()->isExpanded(rows()->index(0, 0)));
+  EXPECT_EQ(text("summaryLabel"), "2 files in files, selected 0 file in All.");
+  EXPECT_FALSE(part("stopRemoveButton")->isVisible());
+}
+
+TEST_F(DuplicatePage, StoppingBeforeTheRemovalBeginsLeavesEverything) {
+  fill();
+  openPage();
+  search();
+  clickBox(group("a.txt"));
+  remove("answer1");
+  press("stopRemoveButton");
+  EXPECT_TRUE(duplicates().isCanClick());
+  QTest::qWait(600);
+  EXPECT_TRUE(exists(root / "files/a.txt"));
+  EXPECT_EQ(title("removeButton"), "Remove 2 Files (8.00 KB)");
+}
+
+TEST_F(DuplicatePage, ChangedCopyStaysTickedAndIsListedWithTheReason) {
+  fill();
+  openPage();
+  search();
+  const QModelIndex documents = group("a.txt");
+  const std::string changed =
+      static_cast<const DuplicateTreeModel*>(rows())->node(copy(documents, 0))->nodeData.name;
+  clickBox(documents);
+  root.file("files/" + changed.substr(changed.rfind('/') + 1), "other");
+  remove("answer1");
+  QString warning;
+  QString details;
+  QTimer poll;
+  QObject::connect(&poll, &QTimer::timeout, [&] {
+    QWidget* panel = QApplication::activeModalWidget();
+    if (panel == nullptr) return;
+    poll.stop();
+    warning = panel->findChild<QLabel*>("messageTitle")->text();
+    details = panel->findChild<QPlainTextEdit*>("messageDetails")->toPlainText();
+    QTest::mouseClick(panel->findChild<QWidget*>("answer0"), Qt::LeftButton);
+  });
+  poll.start(5);
+  ASSERT_TRUE(waitUntil([&] { return !warning.isEmpty(); }));
+  EXPECT_EQ(warning, "Some files that require admin access can't be removed!");
+  EXPECT_TRUE(details.startsWith(QString::fromStdString(changed))) << details.toStdString();
+  EXPECT_TRUE(exists(changed));
+  EXPECT_EQ(model().selectedCount(), 1U);
+}
+
+TEST_F(DuplicatePage, RemovingEverythingEndsWithWhatWasFreed) {
+  for (const char* name : {"a", "b", "c"})
+    root.file("files/" + std::string(name), std::string(1'000'000, 'z'));
+  openPage();
+  search();
+  press(outline()->selectAllBox());
+  remove("answer1");
+  ASSERT_TRUE(waitUntil([this] { return part("endView")->isVisible(); }));
+  EXPECT_EQ(text("endValueLabel"), "2.00 MB");
+  press("endButton");
+  EXPECT_TRUE(part("firstView")->isVisible());
+  EXPECT_TRUE(part("chooseButton")->isEnabled());
+}
+
+TEST_F(DuplicatePage, FolderWithoutDuplicatesSaysSo) {
+  root.file("files/only", "one");
+  openPage();
+  search();
+  EXPECT_TRUE(part("nothingView")->isVisible());
+  press("nothingButton");
+  EXPECT_TRUE(part("firstView")->isVisible());
+}
+
+TEST_F(DuplicatePage, StoppedSearchGoesBackToTheStart) {
+  fill();
+  openPage();
+  duplicates().setFolderChooser([this] { return root / "files"; });
+  press("chooseButton");
+  press("stopScanButton");
+  EXPECT_FALSE(part("stopScanButton")->isEnabled());
+  ASSERT_TRUE(waitUntil([this] { return part("firstView")->isVisible(); }));
+  QTest::qWait(50);
+  EXPECT_TRUE(part("firstView")->isVisible());
+  search();
+  EXPECT_TRUE(part("detailView")->isVisible());
+}
+
+TEST_F(DuplicatePage, OnlyADroppedFolderStartsASearch) {
+  fill();
+  const std::string odd = root.folder("files/odd \xff,%41\n");
+  openPage();
+  const auto drop = [this](const std::string& path) {
+    QMimeData data;
+    data.setUrls(
+        {QUrl::fromEncoded("file://" + QByteArray::fromStdString(path).toPercentEncoding("/"))});
+    QDropEvent event({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(part("dropArea"), &event);
+  };
+  drop(root / "files/a.txt");
+  drop(root / "files/missing");
+  EXPECT_FALSE(model().isSearching());
+  drop(odd);
+  EXPECT_TRUE(model().isSearching());
+  EXPECT_EQ(model().searchPath(), odd);
+}
+
+TEST_F(DuplicatePage, ChooserTakesFoldersOnlyAndSaysWhatItIsFor) {
+  openPage();
+  QTimer::singleShot(100, [] {
+    auto* chooser = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(chooser, nullptr);
+    EXPECT_EQ(chooser->windowTitle(), "Choose a path to search");
+    EXPECT_EQ(chooser->labelText(QFileDialog::Accept), "Choose");
+    EXPECT_EQ(chooser->fileMode(), QFileDialog::Directory);
+    chooser->reject();
+  });
+  press("chooseButton");
+  EXPECT_TRUE(part("firstView")->isVisible());
+}
+
+TEST_F(DuplicatePage, PreviewShowsPicturesAndTextsAndRevealsTheCopy) {
+  QImage picture(600, 300, QImage::Format_RGB32);
+  picture.fill(Qt::darkCyan);
+  root.folder("files");
+  for (const char* name : {"files/one.png", "files/two.png"})
+    ASSERT_TRUE(picture.save(QString::fromStdString(root / name)));
+  for (const char* name : {"files/one.txt", "files/two.txt"})
+    root.file(name, "first\tline\r\nsecond \x1b[31mline\n");
+  openPage();
+  search();
+  outline()->setCurrentIndex(group("one.png"));
+  auto* shown = part<QLabel>("previewPicture");
+  ASSERT_TRUE(waitUntil([&] { return shown->isVisible(); }));
+  EXPECT_EQ(shown->pixmap().deviceIndependentSize().width(), 184);
+  outline()->setCurrentIndex(group("one.txt"));
+  auto* lines = part<QPlainTextEdit>("previewText");
+  ASSERT_TRUE(waitUntil([&] { return lines->isVisible(); }));
+  EXPECT_TRUE(lines->toPlainText().startsWith("first    line\nsecond "));
+  EXPECT_FALSE(lines->toPlainText().contains(QChar(0x1b)));
+  press("revealButton");
+  ASSERT_EQ(workspace->revealed.size(), 1U);
+  EXPECT_EQ(workspace->revealed[0], part<DuplicatePreview>("preview")->path());
+}
+
+TEST(PreviewTest, NothingButTheRegularFileThatWasListedIsOpened) {
+  TemporaryFolder folder;
+  const std::string path = folder.file("text", "hello");
+  struct stat status;
+  ASSERT_EQ(::stat(path.c_str(), &status), 0);
+  const QSize room(100, 100);
+  EXPECT_EQ(previewContent(path, status.st_dev, status.st_ino, room).text, "hello");
+  EXPECT_TRUE(previewContent(path, status.st_dev, status.st_ino + 1, room).isEmpty());
+  EXPECT_TRUE(
+      previewContent(folder.link("link", path), status.st_dev, status.st_ino, room).isEmpty());
+  const std::string fifo = folder / "fifo";
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  ASSERT_EQ(::stat(fifo.c_str(), &status), 0);
+  EXPECT_TRUE(previewContent(fifo, status.st_dev, status.st_ino, room).isEmpty());
+}
+
+TEST(PreviewTest, BytesThatAreNoTextShowNothing) {
+  EXPECT_EQ(previewText("caf\xc3\xa9 \xe2\x82"), QString::fromUtf8("caf\xc3\xa9 "));
+  EXPECT_EQ(previewText(std::string_view("a\0b", 3)), "");
+  EXPECT_EQ(previewText("\xff\xfe and more"), "");
+}
+
+// Rows are made up, because a search for so many takes longer than what is looked at here.
+TEST(DuplicateOutlineTest, HundredThousandGroupsAreShownAndThinnedOutWithoutAHitch) {
+  constexpr int kGroups = 100'000;
+  DuplicateTree made;
+  for (int i = 0; i < kGroups; ++i) {
+    const std::string name = "file" + std::to_string(i) + ".txt";
+    SimpleTreeNode::Children copies;
+    for (const char* parent : {"/one/", "/two/"})
+      copies.push_back(made.make(SimpleNodeData::leafDataWithName(parent + name)));
+    made.root().insertChild(made.make(SimpleNodeData::groupDataWithName(name), copies), i);
+  }
+  DuplicateTreeModel model;
+  DuplicateOutline outline;
+  outline.setTree(&model);
+  outline.resize(600, 500);
+  outline.show();
+  QElapsedTimer timer;
+  timer.start();
+  model.reloadData(&made.root());
+  outline.expand(model.index(0, 0));
+  outline.grab();
+  RecordProperty("shown_ms", static_cast<int>(timer.restart()));
+  outline.scrollToBottom();
+  outline.grab();
+  RecordProperty("scrolled_ms", static_cast<int>(timer.restart()));
+  const QPersistentModelIndex last(model.index(kGroups - 1, 0));
+  outline.setCurrentIndex(last);
+  timer.restart();
+  model.nodesWillLeave();
+  for (SimpleTreeNode* group : made.root().children)
+    group->nodeData.isGone = group->nodeData.name.ends_with("7.txt");
+  std::erase_if(made.root().children,
+                [](const SimpleTreeNode* group) { return group->nodeData.isGone; });
+  model.nodesHaveLeft();
+  outline.grab();
+  const auto thinned = timer.elapsed();
+  RecordProperty("thinned_ms", static_cast<int>(thinned));
+  EXPECT_EQ(last.row(), kGroups * 9 / 10 - 1) << "the highlighted row is the same one still";
+  EXPECT_TRUE(outline.isExpanded(model.index(0, 0)));
+  EXPECT_LT(thinned, 1000) << "a hundred times what it takes";
+}
+
+}  // namespace
