@@ -1,0 +1,99 @@
+#include "CandidateStore.h"
+
+#include <cstring>
+
+namespace brisko {
+namespace {
+
+// Fills `path` from the end of the chain to its start, so that it is allocated once.
+void fill(const CandidateFolder* folder, std::string& path, std::size_t behind) {
+  std::size_t length = 0;
+  for (const CandidateFolder* at = folder; at != nullptr; at = at->parent)
+    length += std::strlen(at->name) + 1;
+  // The root "/" brings its own separator.
+  const CandidateFolder* root = folder;
+  while (root->parent != nullptr)
+    root = root->parent;
+  const bool slashRoot = std::strcmp(root->name, "/") == 0;
+  if (slashRoot) --length;
+  path.resize(length + behind, '/');
+  std::size_t end = length;
+  for (const CandidateFolder* at = folder; at != nullptr; at = at->parent) {
+    if (at == root && slashRoot) break;
+    const std::size_t size = std::strlen(at->name);
+    path[end - 1] = '/';
+    std::memcpy(path.data() + end - 1 - size, at->name, size);
+    end -= size + 1;
+  }
+}
+
+}  // namespace
+
+const char* CandidateArena::keep(std::string_view name) {
+  char* kept = names_.take(name.size() + 1, 1);
+  std::memcpy(kept, name.data(), name.size());
+  kept[name.size()] = '\0';
+  return kept;
+}
+
+CandidateFolder* CandidateArena::make(const CandidateFolder& folder) {
+  return new (names_.take(sizeof folder, alignof(CandidateFolder))) CandidateFolder(folder);
+}
+
+Candidate* CandidateArena::make(const Candidate& candidate) {
+  return new (candidates_.take(sizeof candidate, alignof(Candidate))) Candidate(candidate);
+}
+
+std::vector<Candidate> CandidateStore::keepOnly(const std::vector<Candidate*>& kept) {
+  std::vector<Candidate> copies;
+  copies.reserve(kept.size());
+  for (const Candidate* candidate : kept)
+    copies.push_back(*candidate);
+  inOrder = {};
+  for (CandidateArena& arena : arenas)
+    arena.dropCandidates();
+  return copies;
+}
+
+std::string CandidateStore::path(const CandidateFolder& folder) {
+  std::string path;
+  fill(&folder, path, 0);
+  if (path.size() > 1) path.pop_back();
+  return path;
+}
+
+std::string CandidateStore::path(const Candidate& candidate) {
+  std::string path;
+  const std::size_t size = std::strlen(candidate.name);
+  fill(candidate.folder, path, size);
+  std::memcpy(path.data() + path.size() - size, candidate.name, size);
+  return path;
+}
+
+FileIdentity CandidateStore::identity(const Candidate& candidate) {
+  FileIdentity identity;
+  identity.device = candidate.folder->device;
+  identity.inode = candidate.inode;
+  identity.kind = candidate.isLink ? FileKind::symbolicLink : FileKind::regular;
+  if (!candidate.isLink) {
+    identity.size = candidate.fileSize;
+    identity.modificationSeconds = candidate.modificationSeconds;
+    identity.modificationNanoseconds = candidate.modificationNanoseconds;
+  }
+  return identity;
+}
+
+fileAttrbItem CandidateStore::record(const Candidate& candidate) {
+  fileAttrbItem item;
+  item.filePathName = path(candidate);
+  item.fileName = candidate.name;
+  item.fileSize = candidate.fileSize;
+  item.md5 = candidate.md5;
+  item.md5_1k = candidate.md5_1k;
+  item.ModificationDate = {candidate.modificationSeconds,
+                           static_cast<std::int32_t>(candidate.modificationNanoseconds)};
+  item.identity = identity(candidate);
+  return item;
+}
+
+}  // namespace brisko
