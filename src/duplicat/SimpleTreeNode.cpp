@@ -9,21 +9,20 @@ namespace brisko {
 
 SimpleTreeNode::SimpleTreeNode(SimpleNodeData data, SimpleTreeNode* parent, Children below)
     : nodeData(std::move(data)), nodeParent(parent), children(std::move(below)) {
-  for (const Pointer& child : children)
+  for (SimpleTreeNode* child : children)
     child->nodeParent = this;
 }
 
-void SimpleTreeNode::insertChild(const Pointer& child, std::size_t index) {
+void SimpleTreeNode::insertChild(SimpleTreeNode* child, std::size_t index) {
   child->nodeParent = this;
   children.insert(children.begin() + static_cast<std::ptrdiff_t>(std::min(index, children.size())),
                   child);
 }
 
-void SimpleTreeNode::removeChild(const SimpleTreeNode* child) {
-  const auto found = std::find_if(children.begin(), children.end(),
-                                  [child](const Pointer& each) { return each.get() == child; });
+void SimpleTreeNode::removeChild(SimpleTreeNode* child) {
+  const auto found = std::find(children.begin(), children.end(), child);
   if (found == children.end()) return;
-  if ((*found)->nodeParent == this) (*found)->nodeParent = nullptr;
+  if (child->nodeParent == this) child->nodeParent = nullptr;
   children.erase(found);
 }
 
@@ -36,11 +35,18 @@ std::string SimpleTreeNode::showSelectNumStr() const {
 }
 
 void SimpleTreeNode::sort(int (SimpleNodeData::*compare)(const SimpleNodeData&) const) {
-  std::stable_sort(children.begin(), children.end(), [compare](const Pointer& a, const Pointer& b) {
-    return (a->nodeData.*compare)(b->nodeData) < 0;
-  });
-  for (const Pointer& child : children)
+  std::stable_sort(children.begin(), children.end(),
+                   [compare](const SimpleTreeNode* a, const SimpleTreeNode* b) {
+                     return (a->nodeData.*compare)(b->nodeData) < 0;
+                   });
+  for (SimpleTreeNode* child : children)
     child->sort(compare);
+}
+
+DuplicateTree::DuplicateTree() : root_(make(SimpleNodeData::groupDataWithName("Root"))) {}
+
+SimpleTreeNode* DuplicateTree::make(SimpleNodeData data, SimpleTreeNode::Children children) {
+  return &nodes_.emplace_back(std::move(data), nullptr, std::move(children));
 }
 
 }  // namespace brisko

@@ -116,16 +116,16 @@ TEST(DuplicateSearch, TreeNamesEachGroupAfterItsKeptCopy) {
     folder.file(name, "same bytes");
   folder.file("alone.txt", "other byte");
   DuplicateFilesOpt opt;
-  SimpleTreeNode::Pointer root;
-  EXPECT_FALSE(opt.getDuplicateFiles(root));
+  std::unique_ptr<DuplicateTree> tree;
+  EXPECT_FALSE(opt.getDuplicateFiles(tree));
   test::LogCapture log;
   opt.beginSearchAtPath(folder.path(), 0);
   opt.beginSearchAtPath(folder.path(), 0);
   EXPECT_TRUE(log.has(" -INFO:search Path:" + folder.path() + "  limitedsize:0"));
   EXPECT_TRUE(log.has("findDuplicate result:1"));
   EXPECT_TRUE(log.has("error need reinit"));
-  ASSERT_TRUE(opt.getDuplicateFiles(root));
-  ASSERT_EQ(root->numberOfChildren(), 1U);
+  ASSERT_TRUE(opt.getDuplicateFiles(tree));
+  ASSERT_EQ(tree->root().numberOfChildren(), 1U);
 
   std::vector<fileAttrbItem> listed;
   Paths bundles;
@@ -134,7 +134,7 @@ TEST(DuplicateSearch, TreeNamesEachGroupAfterItsKeptCopy) {
   for (const fileAttrbItem& item : listed) {
     if (item.fileName != "alone.txt") order.push_back(item.filePathName);
   }
-  const SimpleTreeNode& group = *root->children[0];
+  const SimpleTreeNode& group = *tree->root().children[0];
   ASSERT_EQ(group.numberOfChildren(), 3U);
   EXPECT_EQ(group.children[0]->nodeData.name, order[2]);
   EXPECT_EQ(group.children[1]->nodeData.name, order[0]);
@@ -155,7 +155,7 @@ TEST(DuplicateSearch, WithoutDuplicatesOrFolderThereIsNoTree) {
   for (const std::string& root : {folder.path(), folder / "a", folder / "missing"}) {
     DuplicateFilesOpt opt;
     opt.beginSearchAtPath(root, 0);
-    SimpleTreeNode::Pointer tree;
+    std::unique_ptr<DuplicateTree> tree;
     EXPECT_FALSE(opt.getDuplicateFiles(tree)) << root;
     EXPECT_EQ(tree, nullptr);
   }
@@ -229,10 +229,10 @@ TEST(DuplicateSearch, HardLinksAreGroupedAndMarked) {
   folder.file("c", std::string(50000, 'h'));
   DuplicateFilesOpt opt;
   opt.beginSearchAtPath(folder.path(), 0);
-  SimpleTreeNode::Pointer root;
-  ASSERT_TRUE(opt.getDuplicateFiles(root));
-  ASSERT_EQ(root->children[0]->numberOfChildren(), 3U);
-  for (const auto& leaf : root->children[0]->children)
+  std::unique_ptr<DuplicateTree> tree;
+  ASSERT_TRUE(opt.getDuplicateFiles(tree));
+  ASSERT_EQ(tree->root().children[0]->numberOfChildren(), 3U);
+  for (const auto& leaf : tree->root().children[0]->children)
     EXPECT_EQ(leaf->nodeData.hardLink, leaf->nodeData.name != folder / "c");
 }
 
@@ -272,9 +272,9 @@ TEST(DuplicateSearch, StopKeepsWhatWasFoundAndEndsSoon) {
     opt.getCurrentSearchFile();
     opt.stopSearch();
     worker.join();
-    SimpleTreeNode::Pointer root;
-    if (!opt.getDuplicateFiles(root)) continue;
-    for (const auto& group : root->children)
+    std::unique_ptr<DuplicateTree> tree;
+    if (!opt.getDuplicateFiles(tree)) continue;
+    for (const auto& group : tree->root().children)
       EXPECT_GE(group->numberOfChildren(), 2U);
   }
 }

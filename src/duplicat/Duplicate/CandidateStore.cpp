@@ -44,9 +44,8 @@ Candidate* CandidateArena::make(const Candidate& candidate) {
   return new (candidates_.take(sizeof candidate, alignof(Candidate))) Candidate(candidate);
 }
 
-std::vector<Candidate> CandidateStore::keepOnly(const std::vector<Candidate*>& kept) {
-  std::vector<Candidate> copies;
-  copies.reserve(kept.size());
+std::deque<Candidate> CandidateStore::keepOnly(const std::vector<Candidate*>& kept) {
+  std::deque<Candidate> copies;
   for (const Candidate* candidate : kept)
     copies.push_back(*candidate);
   inOrder = {};

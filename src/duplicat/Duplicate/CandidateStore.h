@@ -4,6 +4,7 @@
 #include "fileAttrbItem.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -56,7 +57,7 @@ struct CandidateStore {
 
   /// Forgets all candidates but `kept`, of which it returns copies, in this order. Folders and
   /// names stay.
-  std::vector<Candidate> keepOnly(const std::vector<Candidate*>& kept);
+  std::deque<Candidate> keepOnly(const std::vector<Candidate*>& kept);
 
   static std::string path(const CandidateFolder& folder);
   static std::string path(const Candidate& candidate);

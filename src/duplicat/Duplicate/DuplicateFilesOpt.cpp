@@ -8,42 +8,86 @@
 namespace brisko {
 namespace {
 
-SimpleTreeNode::Pointer leaf(std::string name, std::uint64_t size, const FileIdentity& identity) {
+SimpleNodeData leafData(std::string name, std::uint64_t size, const FileIdentity& identity) {
   SimpleNodeData data = SimpleNodeData::leafDataWithName(std::move(name));
   data.fileSize = size;
   data.device = identity.device;
   data.inode = identity.inode;
-  return std::make_shared<SimpleTreeNode>(std::move(data));
-}
-
-SimpleTreeNode::Pointer fileLeaf(const fileAttrbItem& file) {
-  auto made = leaf(file.filePathName, file.fileSize, file.identity);
-  made->nodeData.ModificationDate = file.ModificationDate;
-  return made;
+  return data;
 }
 
 // Marks the leaves of a group that are one file under several names.
-void markHardLinks(SimpleTreeNode::Children& leaves) {
-  SimpleTreeNode::Children byFile = leaves;
-  const auto key = [](const SimpleTreeNode::Pointer& node) {
+void markHardLinks(SimpleTreeNode::Children leaves) {
+  const auto key = [](const SimpleTreeNode* node) {
     return std::pair(node->nodeData.device, node->nodeData.inode);
   };
-  std::sort(byFile.begin(), byFile.end(),
-            [&](const auto& a, const auto& b) { return key(a) < key(b); });
-  for (std::size_t i = 1; i < byFile.size(); ++i) {
-    if (key(byFile[i]) != key(byFile[i - 1])) continue;
-    byFile[i]->nodeData.hardLink = true;
-    byFile[i - 1]->nodeData.hardLink = true;
+  std::sort(leaves.begin(), leaves.end(),
+            [&](const auto* a, const auto* b) { return key(a) < key(b); });
+  for (std::size_t i = 1; i < leaves.size(); ++i) {
+    if (key(leaves[i]) != key(leaves[i - 1])) continue;
+    leaves[i]->nodeData.hardLink = true;
+    leaves[i - 1]->nodeData.hardLink = true;
   }
 }
 
-SimpleTreeNode::Pointer group(const std::string& name, SimpleTreeNode::Children leaves) {
-  SimpleNodeData data = SimpleNodeData::groupDataWithName(name);
-  for (const auto& each : leaves)
-    data.fileSize += each->nodeData.fileSize;
-  markHardLinks(leaves);
-  leaves.shrink_to_fit();
-  return std::make_shared<SimpleTreeNode>(std::move(data), nullptr, std::move(leaves));
+class TreeBuilder {
+ public:
+  explicit TreeBuilder(DuplicateTree& tree) : tree_(tree) {}
+
+  void addBundles(const AppGroup& bundles) {
+    for (const auto& bundle : bundles) {
+      SimpleNodeData data =
+          leafData(bundle->DirectoryPathName, bundle->DirectorySize, bundle->identity);
+      data.isBundle = true;
+      leaves_.push_back(tree_.make(std::move(data)));
+    }
+    endGroup(bundles.back()->DirectoryName, true);
+  }
+
+  void addFile(fileAttrbItem& file) {
+    SimpleNodeData data = leafData(std::move(file.filePathName), file.fileSize, file.identity);
+    data.ModificationDate = file.ModificationDate;
+    leaves_.push_back(tree_.make(std::move(data)));
+  }
+
+  bool hasLeaves() const { return !leaves_.empty(); }
+
+  void endGroup(std::string name, bool isBundle) {
+    SimpleNodeData data = SimpleNodeData::groupDataWithName(std::move(name));
+    data.isBundle = isBundle;
+    for (const SimpleTreeNode* leaf : leaves_)
+      data.fileSize += leaf->nodeData.fileSize;
+    markHardLinks(leaves_);
+    SimpleTreeNode* group = tree_.make(std::move(data), leaves_);
+    group->nodeParent = &tree_.root();
+    tree_.root().children.push_back(group);
+    leaves_.clear();
+  }
+
+ private:
+  DuplicateTree& tree_;
+  SimpleTreeNode::Children leaves_;
+};
+
+// Files with one digest that follow each other make a group. The first of them is held back until
+// the run ends, and becomes its last leaf.
+void addFiles(duplicateFind& found, TreeBuilder& builder) {
+  fileAttrbItem held;
+  if (!found.takeDuplicateFile(held)) return;
+  const auto endRun = [&] {
+    std::string name = std::move(held.fileName);
+    builder.addFile(held);
+    builder.endGroup(std::move(name), false);
+  };
+  for (fileAttrbItem file; found.takeDuplicateFile(file);) {
+    if (file.md5 == held.md5) {
+      builder.addFile(file);
+    } else if (builder.hasLeaves()) {
+      endRun();
+      held = std::move(file);
+    }
+  }
+  if (builder.hasLeaves()) endRun();
 }
 
 }  // namespace
@@ -98,54 +142,17 @@ std::vector<SkippedFolder> DuplicateFilesOpt::skipped() const {
   return find ? find->skipped() : std::vector<SkippedFolder>();
 }
 
-SimpleTreeNode::Pointer DuplicateFilesOpt::bundleGroup(const AppGroup& bundles) {
-  SimpleTreeNode::Children leaves;
-  for (const auto& bundle : bundles) {
-    leaves.push_back(leaf(bundle->DirectoryPathName, bundle->DirectorySize, bundle->identity));
-    leaves.back()->nodeData.isBundle = true;
-  }
-  auto made = group(bundles.back()->DirectoryName, std::move(leaves));
-  made->nodeData.isBundle = true;
-  return made;
-}
-
-// Files with one digest that follow each other make a group. The first of them is held back until
-// the run ends and becomes its last leaf.
-void DuplicateFilesOpt::appendFileGroups(const duplicateFind& found,
-                                         SimpleTreeNode::Children& groups) {
-  const std::size_t count = found.duplicateFileCount();
-  std::size_t held = m_Index;
-  SimpleTreeNode::Children leaves;
-  const auto endRun = [&](const fileAttrbItem& first) {
-    leaves.push_back(fileLeaf(first));
-    groups.push_back(group(first.fileName, std::exchange(leaves, {})));
-  };
-  if (held >= count) return;
-  fileAttrbItem first = found.duplicateFile(held);
-  for (std::size_t i = held + 1; i < count; ++i) {
-    fileAttrbItem file = found.duplicateFile(i);
-    if (file.md5 == first.md5) {
-      leaves.push_back(fileLeaf(file));
-    } else if (!leaves.empty()) {
-      endRun(first);
-      first = std::move(file);
-    }
-  }
-  if (!leaves.empty()) endRun(first);
-  m_Index = count;
-}
-
-bool DuplicateFilesOpt::getDuplicateFiles(SimpleTreeNode::Pointer& root) {
+bool DuplicateFilesOpt::getDuplicateFiles(std::unique_ptr<DuplicateTree>& tree) {
   const auto find = search();
   if (!find) return false;
   const auto& bundleGroups = find->getAllAppDuplicateDir();
   if (bundleGroups.empty() && find->duplicateFileCount() == 0) return false;
-  SimpleTreeNode::Children groups;
+  auto made = std::make_unique<DuplicateTree>();
+  TreeBuilder builder(*made);
   for (const AppGroup& bundles : bundleGroups)
-    groups.push_back(bundleGroup(bundles));
-  appendFileGroups(*find, groups);
-  root = std::make_shared<SimpleTreeNode>(SimpleNodeData::groupDataWithName("Root"), nullptr,
-                                          std::move(groups));
+    builder.addBundles(bundles);
+  addFiles(*find, builder);
+  tree = std::move(made);
   return true;
 }
 

@@ -32,20 +32,19 @@ class DuplicateFilesOpt {
   void stopSearch();
   std::string getCurrentSearchFile();
 
-  /// Makes the tree, bundle groups before file groups. False, with `root` as it was, without a
-  /// search or when it found nothing. To be called after the search, on the main thread.
+  /// Makes the tree, bundle groups before file groups, out of what the search found, which it hands
+  /// over with that. False, with `tree` as it was, without a search or when it found nothing. To be
+  /// called after the search, on the main thread.
   ///
   /// The children of a group stand in the order in which its files were found, except that the
   /// first of the later ones comes last: it is the copy that is kept.
-  bool getDuplicateFiles(SimpleTreeNode::Pointer& root);
+  bool getDuplicateFiles(std::unique_ptr<DuplicateTree>& tree);
 
   /// Folders that could not be read. To be asked after the search.
   std::vector<SkippedFolder> skipped() const;
 
  private:
   std::shared_ptr<duplicateFind> search() const;
-  static SimpleTreeNode::Pointer bundleGroup(const AppGroup& bundles);
-  void appendFileGroups(const duplicateFind& found, SimpleTreeNode::Children& groups);
 
   mutable std::mutex mutex_;  ///< guards the three below
   std::shared_ptr<duplicateFind> m_findDuplicate;

@@ -82,8 +82,11 @@ void duplicateFind::stopSearch() {
   if (m_findDuplicateApp) m_findDuplicateApp->setStopSearch(true);
 }
 
-fileAttrbItem duplicateFind::duplicateFile(std::size_t index) const {
-  return CandidateStore::record(m_newFileArray[index]);
+bool duplicateFind::takeDuplicateFile(fileAttrbItem& item) {
+  if (m_newFileArray.empty()) return false;
+  item = CandidateStore::record(m_newFileArray.front());
+  m_newFileArray.pop_front();
+  return true;
 }
 
 void duplicateFind::getAllDuplicateFile(std::vector<fileAttrbItem>& out) const {
@@ -94,7 +97,7 @@ bool duplicateFind::findNewDuplicateFile(std::vector<fileAttrbItem>& out,
                                          std::size_t fromIndex) const {
   if (fromIndex > m_newFileArray.size()) return false;
   for (std::size_t i = fromIndex; i < m_newFileArray.size(); ++i)
-    out.push_back(duplicateFile(i));
+    out.push_back(CandidateStore::record(m_newFileArray[i]));
   return true;
 }
 

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -41,7 +42,9 @@ class duplicateFind {
   /// The same from the given one on; false when there are fewer.
   bool findNewDuplicateFile(std::vector<fileAttrbItem>& out, std::size_t fromIndex) const;
   std::size_t duplicateFileCount() const { return m_newFileArray.size(); }
-  fileAttrbItem duplicateFile(std::size_t index) const;
+  /// Moves the first of them out; false when none is left. Memory shrinks on the way, so that a
+  /// result can be turned into another form without both being there.
+  bool takeDuplicateFile(fileAttrbItem& item);
 
   const std::vector<AppGroup>& getAllAppDuplicateDir() const { return m_allAppArray; }
   /// Appends the bundle groups from the given one on; false when there are fewer.
@@ -70,7 +73,7 @@ class duplicateFind {
 
   CandidateStore store_;
   std::vector<std::string> DirectoryArray;
-  std::vector<Candidate> m_newFileArray;
+  std::deque<Candidate> m_newFileArray;
   std::vector<AppGroup> m_allAppArray;
   std::vector<SkippedFolder> skipped_;
   std::uint64_t m_allFileCount = 0;
