@@ -28,6 +28,7 @@ struct SimpleNodeData : TreeNodeData {
   bool isBundle = false;  ///< an application bundle, or a group of such
   bool hardLink = false;  ///< leaf: another leaf of its group is the same file
   bool Mark = false;      ///< group: a type class has taken it
+  bool isGone = false;    ///< was removed, and is about to leave the outline
 
   static SimpleNodeData leafDataWithName(std::string name);
   static SimpleNodeData groupDataWithName(std::string name);

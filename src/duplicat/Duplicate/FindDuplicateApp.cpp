@@ -45,7 +45,7 @@ bool FindDuplicateApp::getAllFilePathName(const std::string& path, AppAttrbItem&
                                           const std::atomic<bool>& stop) {
   const auto folder = FileIdentity::at(path + "/.");
   if (!folder || folder->kind != FileKind::directory) return false;
-  item.identity = FileIdentity::at(path).value_or(*folder);
+  item.identity = *folder;
   ListingWalk walk;
   walk.visit = [&](const ListedEntry& entry) {
     if (isFolder(entry)) return true;

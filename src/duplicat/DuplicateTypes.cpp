@@ -1,0 +1,43 @@
+#include "DuplicateTypes.h"
+
+#include <algorithm>
+#include <span>
+#include <string>
+
+namespace brisko {
+namespace {
+
+// "tar.gz" and "tar.bz2" never match, because an extension has no dot in it.
+constexpr std::string_view kDocuments[] = {
+    "doc", "docx", "xls", "xlsx", "mpp", "ppt", "pptx", "txt",  "rtf", "pdf",   "odt",
+    "ott", "ods",  "odg", "odf",  "odb", "odp", "htm",  "html", "xml", "pages", "key"};
+constexpr std::string_view kMusic[] = {"wav", "aiff", "au",  "mp3", "midi",
+                                       "wma", "acc",  "ape", "ra",  "aac"};
+constexpr std::string_view kVideos[] = {"avi",  "rmvb", "rm",  "3gp", "3g2", "flv",
+                                        "mpeg", "mpg",  "qt",  "qtm", "qtx", "mov",
+                                        "mpe",  "mp4",  "m4v", "mkv", "wmv", "ogg"};
+constexpr std::string_view kArchives[] = {"zip", "rar", "tar", "tar.gz", "tar.bz2"};
+constexpr std::string_view kPictures[] = {"bmp",  "jpg", "png",  "ico", "gif", "tiff",
+                                          "jpeg", "tga", "exif", "fpx", "svg", "psd",
+                                          "cdr",  "pcd", "dxf",  "ufo", "eps"};
+
+// In the order of the class numbers.
+constexpr std::span<const std::string_view> kLists[] = {kDocuments, kMusic, kVideos, kArchives,
+                                                        kPictures};
+
+}  // namespace
+
+int duplicateClass(std::string_view extendName) {
+  std::string lower(extendName);
+  std::transform(lower.begin(), lower.end(), lower.begin(), [](char each) {
+    return each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each;
+  });
+  int number = 1;
+  for (const auto list : kLists) {
+    if (std::find(list.begin(), list.end(), lower) != list.end()) return number;
+    ++number;
+  }
+  return kOtherTypes;
+}
+
+}  // namespace brisko
