@@ -5,6 +5,7 @@
 #   ours LABEL COMMAND…         the command that all others are set in relation to
 #   peer LABEL COMMAND…         another one; left out, with a word, when it is not installed
 #   measure                     runs them all and prints the table
+#   measure_cold                the same with the caches emptied before every run; needs root
 #
 # Each round runs every command once, one after the other, so that what else the machine does meets
 # all of them alike. A first round that does not count warms the caches. What a command prints goes
@@ -53,8 +54,27 @@ peer() {
   fi
 }
 
+cold=false
+
+# Whether the system lets us empty its caches.
+can_empty_caches() {
+  [[ -w /proc/sys/vm/drop_caches ]] && sync && echo 3 > /proc/sys/vm/drop_caches
+}
+
+measure_cold() {
+  if ! can_empty_caches 2> /dev/null; then
+    echo "$title, cold: left out, because the caches cannot be emptied" >&2
+    return
+  fi
+  local all=$runs
+  cold=true runs=$((runs < 3 ? runs : 3))
+  measure
+  cold=false runs=$all
+}
+
 # One run of command $1: seconds and KiB at the peak, appended to the figures of that command.
 run_once() {
+  $cold && can_empty_caches
   local begin=$EPOCHREALTIME end
   if ! eval "/usr/bin/time -q -f %M -o '$work_dir/peak' ${commands[$1]}" < /dev/null \
       2> "$work_dir/errors" | cat > /dev/null; then
@@ -72,13 +92,17 @@ median() {
 }
 
 measure() {
-  local i round
+  local i round first=0
   rm -f "$work_dir"/figures.*
-  for ((round = 0; round <= runs; ++round)); do
+  # An emptied cache needs no round to warm it.
+  $cold && first=1
+  for ((round = first; round <= runs; ++round)); do
     for i in "${!commands[@]}"; do run_once "$i"; done
     ((round > 0)) || rm -f "$work_dir"/figures.*
   done
-  printf '\n%s (median of %d, warm)\n' "$title" "$runs"
+  local state=warm
+  $cold && state=cold
+  printf '\n%s (median of %d, %s)\n' "$title" "$runs" "$state"
   printf '  %-22s %9s %9s %14s\n' "" seconds MiB "ours / it"
   local own
   own=$(median 0 1)

@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include "DuplicatesCommand.h"
 #include "JunkCommand.h"
 
 namespace brisko {
@@ -14,6 +15,7 @@ std::unique_ptr<Command> make() {
 
 constexpr Maker kMakers[] = {
     make<JunkCommand>,
+    make<DuplicatesCommand>,
 };
 
 }  // namespace
