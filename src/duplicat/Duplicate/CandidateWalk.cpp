@@ -43,10 +43,13 @@ struct CandidateWalk::Segment {
 
 struct CandidateWalk::Folder {
   CandidateFolder* facts = nullptr;
-  std::deque<Segment> segments;  ///< addresses stay while the folder is read on
-  bool isBundle = false;         ///< listed as a bundle when it qualifies, and not entered
+  // Each on its own: another thread may fill one while the folder is read on.
+  std::vector<std::unique_ptr<Segment>> segments;
+  bool isBundle = false;  ///< listed as a bundle when it qualifies, and not entered
   bool qualifies = false;
   std::atomic<bool> isLeftOut = false;
+
+  Segment& newSegment() { return *segments.emplace_back(std::make_unique<Segment>()); }
 };
 
 // A folder to list or, with a batch, files of it to look at.
@@ -103,7 +106,7 @@ bool CandidateWalk::listTopLevel(const std::string& path) {
   root_->facts->device = handle->self().device;
   owner_.currentPath_.set(path);
   while (handle->read(worker.batch, 0)) {
-    examineTopLevel(worker, *root_, handle, root_->segments.emplace_back(), worker.batch);
+    examineTopLevel(worker, *root_, handle, root_->newSegment(), worker.batch);
   }
   if (handle->error() != 0) {
     skip(path, handle->error());
@@ -201,7 +204,7 @@ void CandidateWalk::perform(Worker& worker, Task& task, ReaderCrew::Member& memb
 bool CandidateWalk::readFolder(Worker& worker, Folder& folder, const Handle& handle,
                                ReaderCrew::Member& member) {
   while (handle->read(worker.batch, 0)) {
-    Segment& segment = folder.segments.emplace_back();
+    Segment& segment = folder.newSegment();
     if (handOut(folder, handle, segment, worker.batch)) continue;
     examine(worker, folder, handle, segment, worker.batch, member);
   }
@@ -389,7 +392,7 @@ void CandidateWalk::collect(std::vector<std::string>& bundles) {
       places.pop_back();
       continue;
     }
-    const auto& items = place.folder->segments[place.segment].items;
+    const auto& items = place.folder->segments[place.segment]->items;
     if (place.item == items.size()) {
       ++place.segment;
       place.item = 0;
