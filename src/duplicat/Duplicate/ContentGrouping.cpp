@@ -203,8 +203,8 @@ void ContentGrouping::readFirstPieces() {
     return true;
   });
   noteSizeClasses();
-  refine([](const Candidate& file) { return file.md5_1k; });
   refine([](const Candidate& file) { return file.md5; });
+  refine([](const Candidate& file) { return file.md5_1k; });
 }
 
 // A class is read in the turn of its first member that can be read and has another one behind it.
