@@ -1,11 +1,12 @@
-# What the groups of scripts/bench are written with. Sourced; expects runs, small and bin.
+# What the groups of scripts/bench are written with. Sourced; expects runs, small, wants_cold and bin.
 #
 #   corpus NAME ARGUMENT…       makes (once) the tree NAME; its path is then in $corpus
 #   row TITLE                   begins a comparison
 #   ours LABEL COMMAND…         the command that all others are set in relation to
 #   peer LABEL COMMAND…         another one; left out, with a word, when it is not installed
 #   measure                     runs them all and prints the table
-#   measure_cold                the same with the caches emptied before every run; needs root
+#   measure_cold                the same with the caches emptied before every run, when that is
+#                               wanted (--cold); needs root
 #
 # Each round runs every command once, one after the other, so that what else the machine does meets
 # all of them alike. A first round that does not count warms the caches. What a command prints goes
@@ -62,6 +63,7 @@ can_empty_caches() {
 }
 
 measure_cold() {
+  $wants_cold || return 0
   if ! can_empty_caches 2> /dev/null; then
     echo "$title, cold: left out, because the caches cannot be emptied" >&2
     return

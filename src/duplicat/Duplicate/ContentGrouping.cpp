@@ -4,7 +4,6 @@
 #include "crc.h"
 
 #include <algorithm>
-#include <tuple>
 #include <utility>
 
 namespace brisko {
@@ -89,7 +88,8 @@ void ContentGrouping::refineByKeys() {
     const auto complete =
         std::partition(first, last, [this](const Member& m) { return !candidate(m).isIncomplete; });
     std::for_each(complete, last, [this](const Member& m) { countOut(candidate(m)); });
-    std::sort(first, complete, isBefore);
+    // All of one size, or with one first piece, is what large classes often are.
+    if (!std::is_sorted(first, complete, isBefore)) std::sort(first, complete, isBefore);
     for (auto run = first; run != complete;) {
       const auto end = std::find_if(run, complete,
                                     [value = run->key](const Member& m) { return m.key != value; });
@@ -125,7 +125,7 @@ ContentGrouping::ReadPlan ContentGrouping::planReading(std::uint64_t from) const
   }
   std::sort(plan.tasks.begin(), plan.tasks.end(),
             [](const ReadPlan::Task& a, const ReadPlan::Task& b) {
-              return std::tie(a.place, a.inode) < std::tie(b.place, b.inode);
+              return a.place != b.place ? a.place < b.place : a.inode < b.inode;
             });
   auto kept = plan.tasks.begin();
   for (const ReadPlan::Task& task : plan.tasks) {
@@ -203,8 +203,8 @@ void ContentGrouping::readFirstPieces() {
     return true;
   });
   noteSizeClasses();
-  refine([](const Candidate& file) { return file.md5_1k; });
   refine([](const Candidate& file) { return file.md5; });
+  refine([](const Candidate& file) { return file.md5_1k; });
 }
 
 // A class is read in the turn of its first member that can be read and has another one behind it.
