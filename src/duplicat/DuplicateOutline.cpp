@@ -115,6 +115,8 @@ DuplicateOutline::DuplicateOutline(QWidget* parent) : QTreeView(parent) {
 
 void DuplicateOutline::setTree(DuplicateTreeModel* tree) {
   setModel(tree);
+  // An outline that does not sort by itself takes this away from its header.
+  header()->setSectionsClickable(true);
   header()->setStretchLastSection(false);
   header()->setSectionsMovable(false);
   header()->setMinimumSectionSize(48);

@@ -73,7 +73,6 @@ void DuplicateTreeModel::nodesWillLeave() {
 
 // Only what views hold on to is looked at: the highlighted row and the groups that stand open.
 void DuplicateTreeModel::nodesHaveLeft() {
-  countRows();
   for (const QModelIndex& held : persistentIndexList()) {
     const SimpleTreeNode* at = node(held);
     const bool isGone =
@@ -92,7 +91,14 @@ int DuplicateTreeModel::rowOf(const SimpleTreeNode* node) const {
     return found == copies.end() ? -1 : static_cast<int>(found - copies.begin());
   }
   const auto found = rows_.find(node);
-  return found == rows_.end() ? -1 : found->second;
+  if (found == rows_.end() || root_ == nullptr) return -1;
+  // Groups only ever move up, when others before them leave, so the row is this one or one above.
+  const auto& groups = root_->children;
+  int row = std::min(found->second, static_cast<int>(groups.size()) - 1);
+  while (row >= 0 && groups[static_cast<std::size_t>(row)] != node)
+    --row;
+  if (row >= 0) found->second = row;
+  return row;
 }
 
 void DuplicateTreeModel::groupChanged(const SimpleTreeNode* group) {

@@ -17,8 +17,8 @@ enum DuplicateRole : int {
 /// The shown tree as an item model: groups, and their copies below them.
 ///
 /// Nothing is copied: an index holds its node, and texts are made when a row is drawn. What is kept
-/// besides is the row of each group (one hash table, rebuilt when groups leave), so that every
-/// question is answered in constant time with any number of groups.
+/// besides is the row of each group (one hash table, made when a tree is shown), so that questions
+/// are answered in constant time with any number of groups.
 class DuplicateTreeModel : public QAbstractItemModel {
   Q_OBJECT
 
@@ -57,7 +57,8 @@ class DuplicateTreeModel : public QAbstractItemModel {
   QString imageName(const SimpleTreeNode& node, int column) const;
 
   const SimpleTreeNode* root_ = nullptr;
-  std::unordered_map<const SimpleTreeNode*, int> rows_;
+  mutable std::unordered_map<const SimpleTreeNode*, int>
+      rows_;  ///< groups; corrected when asked for
 };
 
 /// The image for a group's type class, or for a copy in it.

@@ -222,9 +222,15 @@ void DuplicateViewController::showView() {
   ui_->views->setCurrentWidget(shown);
   if (shown == ui_->detailView) ui_->outline->setFocus();
   if (shown == ui_->nothingView) {
-    ui_->nothingIntro->show("ill_empty", getLocalizedString("No duplicates"),
-                            filledIn(getLocalizedString("Every file in “%@” is there only once."),
-                                     displayText(lastPathComponent(model_.searchPath()))));
+    const std::size_t skipped = model_.skipped().size();
+    const QString sentence =
+        skipped == 0
+            ? filledIn(getLocalizedString("Every file in “%@” is there only once."),
+                       displayText(lastPathComponent(model_.searchPath())))
+            : filledIn(getLocalizedString(skipped == 1 ? "%@ folder in it could not be read."
+                                                       : "%@ folders in it could not be read."),
+                       QString::number(skipped));
+    ui_->nothingIntro->show("ill_empty", getLocalizedString("No duplicates"), sentence);
   }
 }
 
@@ -299,6 +305,7 @@ void DuplicateViewController::countsChanged() {
   const bool isEmpty = model_.noResultShown();
   ui_->outlineCard->setVisible(!isEmpty);
   ui_->noResultView->setVisible(isEmpty);
+  ui_->preview->setVisible(!isEmpty);
   if (isEmpty) {
     ui_->noResultView->show("ill_empty", getLocalizedString("No duplicates of this type"),
                             getLocalizedString("Another type has some."));

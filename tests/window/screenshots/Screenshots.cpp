@@ -195,7 +195,8 @@ void takeDuplicatePictures(AppDelegate& delegate, test::DemoRoot& root) {
   outline->setCurrentIndex(rows.index(0, 0, rows.index(4, 0)));
   save(delegate.window(), "duplicates-found");
   model.loadValueForSegment(1);
-  outline->setCurrentIndex(rows.index(0, 0, rows.index(0, 0)));
+  outline->expand(rows.index(1, 0));
+  outline->setCurrentIndex(rows.index(0, 0, rows.index(1, 0)));
   save(delegate.window(), "duplicates-documents");
   model.loadValueForSegment(3);
   save(delegate.window(), "duplicates-none-of-type");
