@@ -1,6 +1,7 @@
 #include "CommUti.h"
 
 #include "Host.h"
+#include "ProgramFiles.h"
 #include "SystemLog.h"
 
 #include <fmt/format.h>
@@ -124,8 +125,7 @@ std::string CommUti::userName() {
 }
 
 std::string CommUti::getLocalPath() {
-  std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error).string();
+  return ProgramFiles::program();
 }
 
 bool CommUti::isBelongRunningApp(std::string_view bundleIdentifier) {

@@ -11,35 +11,7 @@
 
 #include <fmt/format.h>
 
-#include <cstdlib>
-
-#include <xcb/xcb.h>
-
 namespace brisko {
-namespace {
-
-bool isSet(const char* name) {
-  const char* value = std::getenv(name);
-  return value != nullptr && *value != '\0';
-}
-
-// A variable that outlived its server (a closed remote session) must not end the program: the
-// toolkit would abort where the terminal can still answer.
-bool xServerAnswers() {
-  xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-  const bool answers = xcb_connection_has_error(connection) == 0;
-  xcb_disconnect(connection);
-  return answers;
-}
-
-}  // namespace
-
-bool displayIsAvailable() {
-  for (const char* name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"}) {
-    if (isSet(name)) return true;
-  }
-  return isSet("DISPLAY") && xServerAnswers();
-}
 
 int runWindow(int argc, char** argv) {
   MyNSApplication application(argc, argv);

@@ -1,7 +1,7 @@
 #include "Terminal.h"
-#include "Window.h"
+#include "WindowLaunch.h"
 
 int main(int argc, char** argv) {
   const bool hasDisplay = brisko::displayIsAvailable();
-  return brisko::runTerminal(argc, argv, hasDisplay ? brisko::runWindow : brisko::WindowEntry());
+  return brisko::runTerminal(argc, argv, hasDisplay ? brisko::launchWindow : brisko::WindowEntry());
 }

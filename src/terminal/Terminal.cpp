@@ -145,7 +145,11 @@ int runTerminal(int argc, char** argv, const WindowEntry& openWindow) {
     Dispatch::attachMainThread();
     Host::install(makeHost({canonicalRoot(global)}));
     SystemLog::setEchoToStandardError(global.verbose);
-    if (command == nullptr && openWindow) return openWindow(1, argv);
+    if (command == nullptr && openWindow) {
+      char verbose[] = "--verbose";
+      char* arguments[] = {argv[0], global.verbose ? verbose : nullptr, nullptr};
+      return openWindow(global.verbose ? 2 : 1, arguments);
+    }
     if (command == nullptr) {
       writeError("no command and no display: this is what \"brisko junk\" says");
       command = line.command("junk");

@@ -1,5 +1,7 @@
 #include "LinuxAuthorization.h"
 
+#include "ProgramFiles.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -88,12 +90,8 @@ pid_t launch(const std::vector<std::string>& command, int socket) {
 }
 
 std::string removalHelperPath() {
-  char buffer[PATH_MAX];
-  const ssize_t length = ::readlink("/proc/self/exe", buffer, sizeof buffer);
-  if (length <= 0 || length == sizeof buffer) return {};
-  const std::string program(buffer, static_cast<std::size_t>(length));
-  const std::string folder = program.substr(0, program.rfind('/'));
-  return folder.substr(0, folder.rfind('/')) + "/libexec/brisko/brisko-removal-helper";
+  const std::string tools = ProgramFiles::tools();
+  return tools.empty() ? tools : tools + "/brisko-removal-helper";
 }
 
 LinuxAuthorization::~LinuxAuthorization() {
