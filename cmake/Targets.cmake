@@ -18,7 +18,7 @@ foreach(layer platform engine terminal window)
 endforeach()
 target_link_libraries(brisko_platform PUBLIC fmt::fmt Threads::Threads
                       PRIVATE spdlog::spdlog PkgConfig::PLIST PkgConfig::MOUNT)
-target_link_libraries(brisko_engine PUBLIC brisko_platform)
+target_link_libraries(brisko_engine PUBLIC brisko_platform PRIVATE PkgConfig::CURL)
 target_link_libraries(brisko_terminal PUBLIC brisko_engine
                       PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_link_libraries(brisko_window PUBLIC brisko_engine Qt6::Widgets

@@ -56,6 +56,9 @@ class CommUti {
   static std::string userName();
   /// The application bundle's path; on hosts without bundles the program's own file.
   static std::string getLocalPath();
+  /// Whether the network can be used: asks for the page under the link key "HomeURL", past every
+  /// cache, for at most 5.0 seconds. True when any data came back. Blocks: not for the main thread.
+  static bool isCanBeUseNetWork();
   /// Whether a running application has exactly this bundle identifier.
   static bool isBelongRunningApp(std::string_view bundleIdentifier);
 
