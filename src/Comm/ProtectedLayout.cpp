@@ -1,6 +1,7 @@
 // Which machine, homes and program the protected places are formed for.
 
 #include "Host.h"
+#include "ProgramFiles.h"
 #include "ProtectedPaths.h"
 #include "Resources.h"
 
@@ -9,7 +10,6 @@
 #include <fstream>
 #include <mutex>
 
-#include <limits.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -35,23 +35,12 @@ void addHome(ProtectedPaths::Layout& layout, const std::string& home) {
   if (home.starts_with("/")) layout.homes.push_back(home);
 }
 
-// The program's own file, its tools, and the program that a tool belongs to.
+// The program's own file, and its tools with everything below their folder.
 void addProgram(ProtectedPaths::Layout& layout) {
-  char buffer[PATH_MAX];
-  const ssize_t length = ::readlink("/proc/self/exe", buffer, sizeof buffer);
-  if (length <= 0 || length == sizeof buffer) return;
-  const std::string program(buffer, static_cast<std::size_t>(length));
+  const std::string program = ProgramFiles::program();
+  if (program.empty()) return;
   layout.places.push_back(program);
-  const std::string folder = program.substr(0, program.rfind('/'));
-  const std::string above = folder.substr(0, folder.rfind('/'));
-  if (folder.ends_with("/libexec/brisko")) {
-    layout.tools.push_back(folder);
-    layout.places.push_back(folder.substr(0, folder.size() - sizeof "/libexec/brisko" + 1) +
-                            "/bin/brisko");
-  } else {
-    layout.tools.push_back(above + "/libexec/brisko");
-    layout.places.push_back(folder + "/brisko");
-  }
+  layout.tools.push_back(ProgramFiles::tools());
 }
 
 // The user's standard folders under the names that the desktop gave them in the user's language:
