@@ -275,7 +275,7 @@ TEST_F(ProtectedPathsTest, TheProgramItselfStays) {
   const std::string self = fs::read_symlink("/proc/self/exe");
   EXPECT_TRUE(ProtectedPaths::current()->reasonFor(self));
   EXPECT_TRUE(ProtectedPaths::current()->reasonFor(fs::path(self).parent_path()));
-  EXPECT_TRUE(ProtectedPaths::current()->reasonFor(std::string(BRISKO_BINARY_DIR) +
+  EXPECT_TRUE(ProtectedPaths::current()->reasonFor(buildTree() +
                                                    "/libexec/brisko/brisko-removal-helper"));
 }
 

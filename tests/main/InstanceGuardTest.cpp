@@ -1,5 +1,6 @@
 #include "Host.h"
 #include "InstanceGuard.h"
+#include "Machine.h"
 #include "TemporaryFolder.h"
 #include "TestHost.h"
 #include "WindowFixture.h"
@@ -76,7 +77,7 @@ TEST_F(Instances, FolderThatOthersCanWriteToIsNotUsed) {
 class Program {
  public:
   explicit Program(const std::string& root) {
-    const std::string program = std::string(BRISKO_BINARY_DIR) + "/bin/brisko";
+    const std::string program = test::buildTree() + "/bin/brisko";
     std::string option = "--root=" + root;
     char* arguments[] = {const_cast<char*>(program.c_str()), option.data(), nullptr};
     if (::posix_spawn(&process_, program.c_str(), nullptr, nullptr, arguments, environ) != 0) {

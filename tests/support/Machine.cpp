@@ -18,6 +18,8 @@ constexpr int kNotAllowed = 254;
 
 }  // namespace
 
+std::string buildTree() { return BRISKO_TEST_BUILD_TREE; }
+
 bool isRoot() {
   return geteuid() == 0;
 }

@@ -12,6 +12,10 @@ inline constexpr uid_t kNobody = 65534;
 
 bool isRoot();
 
+/// The folder that this build writes to, absolute. Kept here alone, so that no other test source
+/// depends on where the checkout lies.
+std::string buildTree();
+
 /// Runs `work` in a child process and returns what it returned (0 to 255), or -1 when it crashed.
 /// The child ends without cleaning up after the parent's objects.
 int inChild(const std::function<int()>& work);

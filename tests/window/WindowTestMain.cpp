@@ -1,4 +1,5 @@
 #include "BriskoStyle.h"
+#include "Machine.h"
 #include "MainQueuePump.h"
 #include "MyNSApplication.h"
 #include "Theme.h"
@@ -10,7 +11,7 @@
 
 int main(int argc, char** argv) {
   std::setlocale(LC_ALL, "C");
-  brisko::test::UnlinkGuard::allow(BRISKO_BINARY_DIR);
+  brisko::test::UnlinkGuard::allow(brisko::test::buildTree());
   testing::InitGoogleTest(&argc, argv);
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("BRISKO_THEME", "light");
