@@ -4,6 +4,7 @@
 #include "FSRef.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,7 +59,8 @@ class CommUti {
   static std::string getLocalPath();
   /// Whether the network can be used: asks for the page under the link key "HomeURL", past every
   /// cache, for at most 5.0 seconds. True when any data came back. Blocks: not for the main thread.
-  static bool isCanBeUseNetWork();
+  /// `stop`, asked several times a second, ends it early with false.
+  static bool isCanBeUseNetWork(const std::function<bool()>& stop = nullptr);
   /// Whether a running application has exactly this bundle identifier.
   static bool isBelongRunningApp(std::string_view bundleIdentifier);
 
