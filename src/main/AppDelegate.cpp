@@ -13,6 +13,7 @@
 #include "SystemLog.h"
 #include "Theme.h"
 #include "TitleBar.h"
+#include "UpdateWindowController.h"
 #include "ViewMan.h"
 
 #include <QAction>
@@ -159,6 +160,7 @@ void AppDelegate::closeWindow() {
 }
 
 void AppDelegate::terminate() {
+  if (checkUpdateWindow != nullptr && !checkUpdateWindow->applicationShouldTerminate()) return;
   aWindow->hide();
   isOpenMainWindow = false;
   if (ViewMan::returnViewMan().checkCanClick(0)) {

@@ -21,6 +21,7 @@ class MainWindow;
 class PageController;
 class StatusBarView;
 class TitleBar;
+class UpdateWindowController;
 
 /// Prepares the main window with its sidebar and pages, shows and hides it, owns the menu-bar item
 /// and answers the application menu. Main thread only.
@@ -76,6 +77,8 @@ class AppDelegate : public QObject {
 
   // The application menu.
 
+  /// Shows the version check's window, made on first use and kept with what it found.
+  void checkUpdateAction();
   void supportCenterAction();
   void onlineHelp();
   void aboutAction();
@@ -102,6 +105,7 @@ class AppDelegate : public QObject {
   std::unique_ptr<MainWindow> _window;
   QPointer<QWidget> aLeftView;  ///< the placeholder whose frame the sidebar takes over
   bool isOpenMainWindow = false;
+  UpdateWindowController* checkUpdateWindow = nullptr;  ///< the main window owns it
   MainWindow* aWindow = nullptr;
   QLabel* titleLabel = nullptr;
   TitleBar* titleBarView = nullptr;

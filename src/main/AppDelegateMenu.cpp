@@ -6,6 +6,7 @@
 #include "MainWindow.h"
 #include "TCPreferenceWindowController.h"
 #include "TitleBar.h"
+#include "UpdateWindowController.h"
 #include "ZKLinkUrl.h"
 
 #include <QAction>
@@ -32,6 +33,7 @@ void AppDelegate::buildMenu() {
     return made;
   };
   add(menu_, "About Brisko", "aboutAction", &AppDelegate::aboutAction);
+  add(menu_, "Check for Updates…", "checkUpdateAction", &AppDelegate::checkUpdateAction);
   menu_->addSeparator();
   add(menu_, "Online Help", "onlineHelp", &AppDelegate::onlineHelp)
       ->setShortcut(QKeySequence(Qt::Key_F1));
@@ -64,6 +66,16 @@ void AppDelegate::addShortcuts() {
         new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + index)), aWindow);
     connect(key, &QShortcut::activated, this, [this, index] { goToPage(index); });
   }
+}
+
+void AppDelegate::checkUpdateAction() {
+  if (checkUpdateWindow == nullptr) {
+    checkUpdateWindow = new UpdateWindowController(aWindow);
+    connect(checkUpdateWindow, &UpdateWindowController::terminateRequested, this,
+            &AppDelegate::terminate);
+  }
+  checkUpdateWindow->exec();
+  if (isOpenMainWindow) aWindow->activateWindow();
 }
 
 void AppDelegate::supportCenterAction() {

@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include "CheckUpdateCommand.h"
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
 
@@ -16,6 +17,7 @@ std::unique_ptr<Command> make() {
 constexpr Maker kMakers[] = {
     make<JunkCommand>,
     make<DuplicatesCommand>,
+    make<CheckUpdateCommand>,
 };
 
 }  // namespace
