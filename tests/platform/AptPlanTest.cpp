@@ -95,6 +95,14 @@ TEST(AptPlan, WhatTheSystemNeedsIsRefusedWhereverItStandsInTheList) {
                            "brisko-data", "linux-image-6.1.0-18-amd64", "unknown"}) {
     EXPECT_NE(plan({name, "tool"}).refusal, "") << name;
   }
+  AptSimulation broken =
+      parseAptSimulation(std::string(kHead) +
+                             "The following packages have unmet dependencies:\n"
+                             " libtool : Depends: tool but it is not going to be installed\n"
+                             " base : PreDepends: tool but it is not going to be installed\n"
+                             "        Depends: awk\nE: Error, Resolve generated breaks\n",
+                         100);
+  EXPECT_THAT(aptPlan("tool", broken, database, "").refusal, HasSubstr("base, without which"));
   EXPECT_NE(plan({"libtool"}).refusal, "") << "the package itself is not among them";
 }
 

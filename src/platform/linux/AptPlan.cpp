@@ -57,6 +57,8 @@ class Reader {
       if (isUnusedList_) takeUnused(line);
       return;
     }
+    if (isBrokenList_ && line.starts_with(" ")) return takeBroken(line.substr(1));
+    isBrokenList_ = line == "The following packages have unmet dependencies:";
     isUnusedList_ =
         line.find("automatically installed and") != std::string_view::npos && line.ends_with(':');
     if (line.starts_with("Remv ")) {
@@ -75,6 +77,12 @@ class Reader {
     } else if (line.find("not fully installed or removed") != std::string_view::npos) {
       complain("Some packages are only half installed; that has to be repaired first.");
     }
+  }
+
+  // "NAME : Depends: OTHER but it is not going to be installed"
+  void takeBroken(std::string_view line) {
+    const std::string_view name = line.substr(0, line.find(' '));
+    if (isPackageName(name)) found_.broken.emplace_back(name);
   }
 
   // "NAME [VERSION]", after which may stand what would be broken in between: "[other:amd64 ]".
@@ -117,6 +125,7 @@ class Reader {
   std::string error_;
   std::optional<std::size_t> counted_;
   bool isUnusedList_ = false;
+  bool isBrokenList_ = false;
 };
 
 std::string objection(const std::string& name, const DpkgPackage* package,
@@ -147,6 +156,13 @@ UninstallPlan aptPlan(const std::string& package, const AptSimulation& simulatio
   plan.removes = {package};
   plan.leavesUnused = simulation.leavesUnused;
   plan.refusal = simulation.problem;
+  // apt-get finds no answer at all for what would break something essential.
+  for (const std::string& name : simulation.broken) {
+    const DpkgPackage* facts = database.find(name);
+    if (facts == nullptr || !facts->isEssential) continue;
+    plan.refusal = fmt::format("{}, without which the system does not work, needs it.", name);
+    break;
+  }
   bool isAmong = false;
   for (const std::string& name : simulation.removes) {
     const DpkgPackage* facts = database.find(name);

@@ -14,6 +14,7 @@ class DpkgDatabase;
 struct AptSimulation {
   std::vector<std::string> removes;       ///< in name order
   std::vector<std::string> leavesUnused;  ///< what it calls no longer required
+  std::vector<std::string> broken;  ///< what would lack something it needs, when apt-get gave up
   std::string problem;  ///< why nothing may be done on the strength of it; empty when all is well
 };
 

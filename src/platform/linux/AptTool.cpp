@@ -30,11 +30,15 @@ constexpr std::size_t kMaximumOutput = 16u << 20;
 constexpr useconds_t kTick = 50'000;  // µs between two looks at the progress
 
 // Given to the dry run as to the real one, so that both come to the same: nothing is purged or
-// removed on its own account, whatever the machine's settings say. The lock is this program's
-// affair.
+// removed on its own account, whatever the machine's settings say. Without lists of what could be
+// installed nothing can be, and an answer takes a tenth of the time (0.1 s for 1.3 s); the caches
+// made for that must not stay. The lock is this program's affair.
 const std::vector<std::string> kOptions = {"-o", "APT::Get::AutomaticRemove=false",
                                            "-o", "APT::Get::Purge=false",
                                            "-o", "APT::Get::Show-User-Simulation-Note=false",
+                                           "-o", "Dir::State::Lists=/nonexistent/",
+                                           "-o", "Dir::Cache::pkgcache=",
+                                           "-o", "Dir::Cache::srcpkgcache=",
                                            "-o", "Debug::NoLocking=true",
                                            "-o", "Dpkg::Use-Pty=false"};
 
@@ -126,13 +130,18 @@ Ended run(const std::vector<std::string>& arguments,
   return ended;
 }
 
-// dpkg's and apt-get's own lock, taken as they take it.
+// dpkg's and apt-get's own lock, taken as they take it. Whoever only looks something up has it for a
+// moment.
 FileDescriptor takeLock() {
+  constexpr int kTries = 40;
   FileDescriptor file(::open(kFrontendLock, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0640));
   struct flock lock {};
   lock.l_type = F_WRLCK;
   lock.l_whence = SEEK_SET;
-  if (file && ::fcntl(file.get(), F_SETLK, &lock) != 0) file.reset();
+  for (int i = 0; file && ::fcntl(file.get(), F_SETLK, &lock) != 0; ++i) {
+    if (i == kTries) return FileDescriptor();
+    ::usleep(kTick);
+  }
   return file;
 }
 
@@ -208,8 +217,13 @@ UninstallPlan AptTool::plan(const std::string& package) {
   UninstallPlan refused;
   refused.removes = {package};
   refused.command = "apt-get remove " + package;
-  if (!isPackageName(package) || database.find(package) == nullptr) {
+  const DpkgPackage* facts = isPackageName(package) ? database.find(package) : nullptr;
+  if (facts == nullptr) {
     refused.refusal = package + " is not installed any more.";
+    return refused;
+  }
+  if (facts->isEssential) {
+    refused.refusal = "The system does not work without " + package + ".";
     return refused;
   }
   const Ended ended = run({"-s", "remove", "--", package});

@@ -21,6 +21,7 @@ namespace {
 using Kind = InstalledApplication::Kind;
 
 constexpr const char* kAdministrator = "system.privilege.admin";
+constexpr const char* kChanged = "Something else would be removed now than what was shown.";
 
 // The last line that a tool wrote to say why it failed.
 std::string reasonOf(const std::string& tool, const HostTools::Outcome& outcome) {
@@ -101,10 +102,14 @@ std::string LinuxInstalledApplications::remove(const InstalledApplication& appli
                                                const std::function<void(double)>& progress) {
   if (application.kind == Kind::files) return "It belongs to no package manager.";
   const std::lock_guard lock(removal_);
-  const UninstallPlan now = plan(application);
-  if (!now.mayGo()) return now.refusal;
-  if (!now.isSameAs(shown)) return "Something else would be removed now than what was shown.";
+  if (!shown.mayGo()) return shown.refusal;
   const std::string& name = application.packageName;
+  if (shown.removes != std::vector<std::string>{name}) return kChanged;
+  // As root the package manager's tool makes the plan anew by itself, under its lock.
+  const bool isPlannedLater = application.kind == Kind::package && ::geteuid() == 0;
+  const UninstallPlan now = isPlannedLater ? shown : plan(application);
+  if (!now.mayGo()) return now.refusal;
+  if (!now.isSameAs(shown)) return kChanged;
   if (application.kind == Kind::package) {
     std::vector<std::string> packages = now.removes;
     packages.insert(packages.end(), now.alsoRemoves.begin(), now.alsoRemoves.end());
@@ -137,8 +142,8 @@ std::string LinuxInstalledApplications::removePackages(
 }
 
 int LinuxInstalledApplications::obtainRight(Authorization& authorization) {
-  constexpr unsigned kFlags = Authorization::interactionAllowed | Authorization::extendRights |
-                              Authorization::preAuthorize;
+  constexpr unsigned kFlags =
+      Authorization::interactionAllowed | Authorization::extendRights | Authorization::preAuthorize;
   const int held = right_ == 0 ? Authorization::kInvalid
                                : authorization.copyRights(right_, kAdministrator, kFlags);
   if (held != Authorization::kInvalid) return held;
