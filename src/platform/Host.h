@@ -6,6 +6,7 @@
 #include "Authorization.h"
 #include "Catalog.h"
 #include "HostFolders.h"
+#include "LoginItems.h"
 #include "InstalledApplications.h"
 #include "Preferences.h"
 #include "SystemVersion.h"
@@ -28,6 +29,7 @@ struct Host {
   std::unique_ptr<Authorization> authorization;
   std::unique_ptr<Preferences> preferences;
   std::unique_ptr<SystemVersion> systemVersion;
+  std::unique_ptr<LoginItems> loginItems;
   std::unique_ptr<InstalledApplications> installedApplications;
 
   /// The host in use. The first call makes the running system's own when none was installed.

@@ -3,6 +3,7 @@
 #include "LinuxCatalog.h"
 #include "LinuxHostFolders.h"
 #include "LinuxInstalledApplications.h"
+#include "LinuxLoginItems.h"
 #include "LinuxPreferences.h"
 #include "LinuxSystemVersion.h"
 #include "LinuxWorkspace.h"
@@ -19,6 +20,7 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
       folders.variable("XDG_CONFIG_HOME").value_or("") + "/brisko/Preferences");
   host->systemVersion = std::make_unique<LinuxSystemVersion>(
       folders.path("/System/Library/CoreServices/SystemVersion.plist"));
+  host->loginItems = std::make_unique<LinuxLoginItems>(folders, *host->preferences);
   host->installedApplications = std::make_unique<LinuxInstalledApplications>(folders);
   host->workspace = std::make_unique<LinuxWorkspace>();
   return host;

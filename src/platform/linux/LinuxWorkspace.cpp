@@ -1,12 +1,16 @@
 #include "LinuxWorkspace.h"
 
+#include "DesktopEntries.h"
+#include "DesktopEntry.h"
 #include "FileIdentity.h"
 #include "LinuxLaunchedApplications.h"
 #include "LinuxVolumes.h"
+#include "RegularFile.h"
 #include "SystemLog.h"
 
 #include <algorithm>
 #include <cctype>
+#include <optional>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -20,6 +24,8 @@ extern char** environ;
 
 namespace brisko {
 namespace {
+
+constexpr std::size_t kLargestEntry = 1U << 20;
 
 constexpr std::pair<std::string_view, std::string_view> kIconsByExtension[] = {
     {"7z", "package-x-generic"},  {"app", "application-x-executable"}, {"bz2", "package-x-generic"},
@@ -114,6 +120,14 @@ std::vector<std::string> showItemsCall(const std::string& address) {
           "string:"};
 }
 
+// A desktop entry stands for its application, whose name and icon it tells.
+std::optional<DesktopEntry> applicationAt(const std::string& path) {
+  if (!path.ends_with(".desktop")) return std::nullopt;
+  int error = 0;
+  const std::optional<std::string> text = readFile(path, kLargestEntry, error);
+  return text ? parseDesktopEntry(*text, messageLocale()) : std::nullopt;
+}
+
 }  // namespace
 
 std::vector<LaunchedApplication> LinuxWorkspace::launchedApplications() {
@@ -132,7 +146,14 @@ void LinuxWorkspace::stopObserving(int token) {
   watch_.stopObserving(token);
 }
 
+std::string LinuxWorkspace::displayName(const std::string& path) {
+  const std::optional<DesktopEntry> application = applicationAt(path);
+  return application ? application->name : "";
+}
+
 std::string LinuxWorkspace::iconName(const std::string& path) {
+  const std::optional<DesktopEntry> application = applicationAt(path);
+  if (application && !application->icon.empty()) return application->icon;
   const auto identity = FileIdentity::at(path);
   return iconNameOfKind(path, identity ? identity->kind : FileKind::unknown);
 }

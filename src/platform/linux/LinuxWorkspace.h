@@ -12,6 +12,7 @@ class LinuxWorkspace : public Workspace {
   int observeVolumes(Observer observer) override;
   void stopObserving(int token) override;
   std::string iconName(const std::string& path) override;
+  std::string displayName(const std::string& path) override;
   std::string iconNameOfKind(const std::string& path, FileKind kind) override;
   bool openAddress(const std::string& address) override;
   bool reveal(const std::string& path) override;
