@@ -1,15 +1,49 @@
 #pragma once
 
 #include "PageController.h"
+#include "StartupItemsModel.h"
+
+#include <memory>
+#include <string>
+
+namespace Ui {
+class StartupItemsViewController;
+}
 
 namespace brisko {
 
-/// The page of the Startup Items Manager: what it is for.
-class StartupItemsViewController : public PageController {
+class LoginItemsTableModel;
+
+/// The page of the Startup Items Manager.
+class StartupItemsViewController : public PageController, private StartupItemsListener {
   Q_OBJECT
 
  public:
   StartupItemsViewController();
+  ~StartupItemsViewController() override;
+
+  /// Reads the list anew, because the shell asks before it shows a page. Always true.
+  bool isCanClick() const override;
+
+  void addButtonAction();
+  void removeItemsAction(int row);
+  void setHideStar(int row);
+
+  StartupItemsModel& model() { return model_; }
+
+ private:
+  void itemsChanged() override;
+  void changeFailed(const std::string& text) override;
+
+  void showSwitchedItems();
+  /// Whether the user wants what an operation on the row would really do.
+  bool userAgrees(int row, const char* question, const char* answer);
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+  mutable StartupItemsModel model_;
+  std::unique_ptr<Ui::StartupItemsViewController> ui_;
+  LoginItemsTableModel* rows_;
+  std::string selected_;  ///< the highlighted row's path, kept while the rows are read anew
 };
 
 }  // namespace brisko

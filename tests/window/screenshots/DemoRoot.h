@@ -23,11 +23,12 @@ class DemoRoot {
   /// Makes an entry another one than was scanned.
   void changeOneFile();
 
+  /// Makes one more file, of `size` bytes.
+  void makeFile(std::string_view name, std::size_t size) const;
+
   const std::string& path() const { return path_; }
 
  private:
-  void makeFile(std::string_view name, std::size_t size) const;
-
   std::string path_;
 };
 

@@ -36,6 +36,7 @@ void clickAndAnswer(QWidget* page, const char* button, const char* picture, cons
 void takeShellPictures(AppDelegate& delegate, DemoRoot& root);
 void takeJunkPictures(AppDelegate& delegate, DemoRoot& root);
 void takeDuplicatePictures(AppDelegate& delegate, DemoRoot& root);
+void takeStartupItemsPictures(AppDelegate& delegate, DemoRoot& root);
 void takeUpdatePictures(AppDelegate& delegate, DemoRoot& root);
 
 }  // namespace test

@@ -26,6 +26,7 @@ constexpr void (*kTakers[])(AppDelegate&, test::DemoRoot&) = {
     test::takeShellPictures,
     test::takeJunkPictures,
     test::takeDuplicatePictures,
+    test::takeStartupItemsPictures,
     test::takeUpdatePictures,
 };
 

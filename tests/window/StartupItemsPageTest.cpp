@@ -1,0 +1,108 @@
+#include "FakeLoginItems.h"
+#include "LoginItemsTable.h"
+#include "MessagePanel.h"
+#include "StartupItemsViewController.h"
+#include "WindowFixture.h"
+
+#include <QApplication>
+#include <QStackedWidget>
+#include <QTimer>
+
+namespace brisko::test {
+namespace {
+
+class StartupItemsPage : public WindowFixture {
+ protected:
+  StartupItemsPage() {
+    auto made = std::make_unique<FakeLoginItems>();
+    store = made.get();
+    Host::current().loginItems = std::move(made);
+  }
+
+  void showPage() {
+    delegate->goToPage(7);
+    EXPECT_TRUE(waitUntil([&] { return model().isRead() && !model().isScan(); }));
+  }
+  StartupItemsModel& model() {
+    return static_cast<StartupItemsViewController&>(*delegate->pages()[7]).model();
+  }
+  LoginItemsTable* table() { return find<LoginItemsTable>("listTableView"); }
+  void clickCell(int row, int column) {
+    const QRect cell = table()->visualRect(table()->model()->index(row, column));
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
+  }
+  bool settle() {
+    return waitUntil([&] { return !model().isScan(); });
+  }
+
+  FakeLoginItems* store = nullptr;
+};
+
+TEST_F(StartupItemsPage, HidesAndRemovesByClickAndKey) {
+  launch();
+  for (const char* name : {"/a", "/b", "/c"})
+    store->add(name, name);
+  showPage();
+  ASSERT_EQ(table()->model()->rowCount(), 3);
+  clickCell(1, LoginItemsTableModel::hide);
+  ASSERT_TRUE(settle());
+  EXPECT_TRUE(store->entries[1].isHidden);
+  EXPECT_EQ(table()->currentIndex().row(), 1) << "the row stays highlighted while it is read anew";
+  QTest::keyClick(table(), Qt::Key_Space);
+  ASSERT_TRUE(settle());
+  EXPECT_FALSE(store->entries[1].isHidden);
+  clickCell(2, LoginItemsTableModel::remove);
+  ASSERT_TRUE(settle());
+  QTest::keyClick(table(), Qt::Key_Down);
+  table()->selectRow(0);
+  QTest::keyClick(table(), Qt::Key_Delete);
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(store->identifiers(), std::vector<std::string>{"/b"});
+}
+
+TEST_F(StartupItemsPage, AsksBeforeAnotherEntryThanTheShownOneIsChanged) {
+  launch();
+  store->add("gone", "");
+  store->add("/a", "/a");
+  showPage();
+  const auto answer = [](const char* button) {
+    QTimer::singleShot(50, [button] {
+      QWidget* panel = QApplication::activeModalWidget();
+      ASSERT_NE(panel, nullptr);
+      QTest::mouseClick(panel->findChild<QWidget*>(QLatin1String(button)), Qt::LeftButton);
+    });
+  };
+  answer("answer0");
+  clickCell(0, LoginItemsTableModel::remove);
+  EXPECT_EQ(store->entries.size(), 2U);
+  answer("answer1");
+  clickCell(0, LoginItemsTableModel::remove);
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(store->identifiers(), std::vector<std::string>{"/a"});
+}
+
+TEST_F(StartupItemsPage, SaysThatNothingOpensAndFollowsChangesByOthers) {
+  launch();
+  showPage();
+  EXPECT_EQ(find<QStackedWidget>("listViews")->currentWidget()->objectName(), "emptyPage");
+  store->add("/late", "/late");
+  store->observer();
+  EXPECT_TRUE(waitUntil([&] { return table()->model()->rowCount() == 1; }));
+  EXPECT_EQ(find<QStackedWidget>("listViews")->currentWidget()->objectName(), "tablePage");
+}
+
+TEST_F(StartupItemsPage, TheProgramIntroducesItselfOncePerUser) {
+  setIntroduced({});
+  launch();
+  EXPECT_EQ(workspace->opened, std::vector<std::string>{"https://brisko.example/welcome"});
+  ASSERT_EQ(store->entries.size(), 1U);
+  EXPECT_FALSE(store->entries[0].isHidden);
+  delegate.reset();
+  store->entries.clear();
+  launch();
+  EXPECT_EQ(workspace->opened.size(), 1U);
+  EXPECT_TRUE(store->entries.empty());
+}
+
+}  // namespace
+}  // namespace brisko::test
