@@ -13,8 +13,10 @@
 #include "SystemLog.h"
 #include "Theme.h"
 #include "TitleBar.h"
+#include "UKLoginItemRegistry.h"
 #include "UpdateWindowController.h"
 #include "ViewMan.h"
+#include "ZKLinkUrl.h"
 
 #include <QAction>
 #include <QApplication>
@@ -24,9 +26,12 @@
 #include <QSystemTrayIcon>
 #include <QTimer>
 
+#include <filesystem>
+
 namespace brisko {
 namespace {
 
+constexpr const char* kFirstLoadKey = "AFristLoad";
 constexpr const char* kAppearanceKeyPath = "button.effectiveAppearance";
 constexpr int kUnifiedTitleBarVersion = 1016;
 constexpr int kMenuBarDelay = 1000;  // milliseconds
@@ -113,9 +118,25 @@ void AppDelegate::layOutViews() {
 
 void AppDelegate::applicationDidFinishLaunching() {
   setTitleBar();
+  introduceOnce();
   buildMenu();
   addShortcuts();
   QTimer::singleShot(kMenuBarDelay, this, &AppDelegate::addMenuBar);
+}
+
+void AppDelegate::introduceOnce() {
+  Preferences& preferences = *Host::current().preferences;
+  const std::string domain = Preferences::kApplicationDomain;
+  if (preferences.value(domain, kFirstLoadKey).string() == "YES") return;
+  preferences.setValue(domain, kFirstLoadKey, "YES");
+  // What cannot be remembered would happen at every start.
+  if (!preferences.synchronize()) return;
+  const auto address = ZKLinkUrl::GetUrl("WelcomeURL");
+  if (address && !address->empty()) Host::current().workspace->openAddress(*address);
+  const std::string program = CommUti::getLocalPath();
+  if (std::filesystem::exists(program)) {
+    UKLoginItemRegistry::addLoginItemWithURL(fileURL(program), false);
+  }
 }
 
 void AppDelegate::setTitleBar() {

@@ -35,7 +35,8 @@ class AppDelegate : public QObject {
   /// Builds sidebar and pages and opens on System Status.
   void awakeFromNib();
 
-  /// Dresses the window, and makes the menu-bar item one second later.
+  /// Dresses the window, introduces the program once per user, and makes the menu-bar item one
+  /// second later.
   void applicationDidFinishLaunching();
 
   /// The user asked for the running program again: hides the window when it is open, else shows it.
@@ -67,6 +68,9 @@ class AppDelegate : public QObject {
   /// Chooses the icon by the global preference "AppleInterfaceStyle". Logs "Dark mode changed" and
   /// the domain.
   void darkModeChanged();
+
+  /// Once per user: opens the welcome page and makes the program a login item that is not hidden.
+  void introduceOnce();
 
   void setTitleBar();
   void createLeftView();

@@ -3,6 +3,7 @@
 #include "CheckUpdateCommand.h"
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
+#include "LoginItemsCommand.h"
 
 namespace brisko {
 namespace {
@@ -17,6 +18,7 @@ std::unique_ptr<Command> make() {
 constexpr Maker kMakers[] = {
     make<JunkCommand>,
     make<DuplicatesCommand>,
+    make<LoginItemsCommand>,
     make<CheckUpdateCommand>,
 };
 

@@ -108,10 +108,19 @@ class Program {
   pid_t process_ = -1;
 };
 
+/// Lets the program find that it has introduced itself, which would open the user's browser.
+void markIntroduced(const TemporaryFolder& root) {
+  const char* user = ::getenv("USER");
+  root.file(std::string("Users/") + (user != nullptr ? user : "") +
+                "/.config/brisko/Preferences/com.brisko.Brisko.plist",
+            "<plist><dict><key>AFristLoad</key><string>YES</string></dict></plist>");
+}
+
 TEST_F(Instances, ProgramEndsWhenAnotherOneShowsTheSameRoot) {
   const Environment platform("QT_QPA_PLATFORM", "offscreen");
   const TemporaryFolder root;
   const TemporaryFolder otherRoot;
+  for (const TemporaryFolder* each : {&root, &otherRoot}) markIntroduced(*each);
   Program first(root.path());
   ASSERT_TRUE(first.hasStarted());
   ASSERT_TRUE(waitUntil([&] { return exists(InstanceGuard(root.path()).socketPath()); }));

@@ -38,6 +38,7 @@ class WindowFixture : public testing::Test {
     auto made = std::make_unique<FakeWorkspace>();
     workspace = made.get();
     Host::current().workspace = std::move(made);
+    setIntroduced("YES");
   }
   ~WindowFixture() override {
     delegate.reset();
@@ -51,6 +52,12 @@ class WindowFixture : public testing::Test {
     delegate->applicationDidFinishLaunching();
     delegate->window()->show();
     QCoreApplication::processEvents();
+  }
+
+  /// Whether the program introduced itself to this user before; null for never.
+  static void setIntroduced(PropertyList value) {
+    Host::current().preferences->setValue(Preferences::kApplicationDomain, "AFristLoad",
+                                          std::move(value));
   }
 
   template <typename Widget = QWidget>
