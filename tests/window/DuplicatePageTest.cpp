@@ -5,6 +5,7 @@
 #include "DuplicateViewController.h"
 #include "EntryTable.h"
 #include "ImageCheckBox.h"
+#include "Machine.h"
 #include "PreviewContent.h"
 #include "SegmentBar.h"
 #include "WindowFixture.h"
@@ -305,6 +306,25 @@ TEST_F(DuplicatePage, FolderWithoutDuplicatesSaysSo) {
   EXPECT_TRUE(part("nothingView")->isVisible());
   press("nothingButton");
   EXPECT_TRUE(part("firstView")->isVisible());
+}
+
+TEST_F(DuplicatePage, FoldersLeftOutAreToldAboveTheResults) {
+  fill();
+  openPage();
+  search();
+  EXPECT_TRUE(part("skippedButton")->isHidden());
+  const std::string locked = root / "files/locked";
+  std::filesystem::create_directory(locked);
+  std::filesystem::permissions(locked, std::filesystem::perms::none);
+  press("backHomeButton");
+  {
+    const test::BoundByModes bound;
+    search();
+  }
+  EXPECT_EQ(title("skippedButton"), "1 Folder Left Out");
+  EXPECT_EQ(answering("answer0", [this] { press("skippedButton"); }),
+            "1 folder in it could not be read.");
+  std::filesystem::permissions(locked, std::filesystem::perms::owner_all);
 }
 
 TEST_F(DuplicatePage, StoppedSearchGoesBackToTheStart) {
