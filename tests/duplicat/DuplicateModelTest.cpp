@@ -1,6 +1,7 @@
 #include "Dispatch.h"
 #include "DuplicateModel.h"
 #include "LogCapture.h"
+#include "Machine.h"
 #include "TemporaryFolder.h"
 
 #include <fmt/format.h>
@@ -317,6 +318,20 @@ TEST_F(DuplicateModelTest, ACopyStaysWhenNoOtherOneHoldsItsBytesAnyMore) {
     EXPECT_EQ(page.removeWarning(),
               "Some files were left alone, because it was not safe to remove them");
   }
+}
+
+TEST_F(DuplicateModelTest, WhatTheSystemRefusesStaysTickedAndIsBlamedOnRights) {
+  makeThreeGroups();
+  search(model, folder.path());
+  SimpleTreeNode& group = *groupWith(model, folder / "p.JPG");
+  model.toggle(group);
+  const std::string ticked = group.children[0]->nodeData.name();
+  if (!test::setImmutable(ticked, true)) GTEST_SKIP() << "because nothing can be made immutable";
+  remove(model);
+  test::setImmutable(ticked, false);
+  EXPECT_EQ(model.removeWarning(), "Some files that require admin access can't be removed!");
+  EXPECT_EQ(model.selectedCount(), 1U);
+  EXPECT_TRUE(exists(ticked));
 }
 
 TEST_F(DuplicateModelTest, TheLastCopyStaysEvenWhenAllAreTicked) {

@@ -214,6 +214,23 @@ TEST(DuplicateSearch, WithoutDuplicatesOrFolderThereIsNoTree) {
   }
 }
 
+TEST(DuplicateSearch, FoldersAreComparedByTheirNamesOrByTheirBytesToo) {
+  TemporaryFolder folder;
+  for (const char* name : {"one/in/x", "one/y", "two/y", "two/in/x"})
+    folder.file(name, "same bytes");
+  const auto compared = [&] {
+    return std::pair(algorithm::CompareDirectoryWithoutHash(folder / "one", folder / "two"),
+                     algorithm::CompareDirectory(folder / "one", folder / "two"));
+  };
+  EXPECT_EQ(compared(), std::pair(true, true));
+  folder.file("two/in/x", "other byte");
+  EXPECT_EQ(compared(), std::pair(true, false));
+  folder.file("two/z", "");
+  EXPECT_EQ(compared(), std::pair(false, false));
+  EXPECT_TRUE(algorithm::compareWholeFile(folder / "one/y", folder / "one/y"));
+  EXPECT_FALSE(algorithm::compareWholeFile(folder / "one", folder / "two"));
+}
+
 TEST(DuplicateSearch, NeverOpensWhatIsNoRegularFile) {
   TemporaryFolder folder;
   folder.file("sub/a", std::string(2000, 'a'));
