@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
   if (!search.getDuplicateFiles(tree)) return 0;
   for (const brisko::SimpleTreeNode* group : tree->root().children) {
     for (const brisko::SimpleTreeNode* leaf : group->children)
-      std::puts(leaf->nodeData.name.c_str());
+      std::puts(leaf->nodeData.name().c_str());
     std::puts("");
   }
   return 0;

@@ -16,12 +16,12 @@ bool isOneItem(const FileIdentity& a, const FileIdentity& b) {
   return a.device == b.device && a.inode == b.inode;
 }
 
-RemovalReport staying(const DuplicateCopy& copy, RemovalOutcome outcome, std::string reason) {
+DuplicateRemoval staying(const DuplicateCopy& copy, RemovalOutcome outcome, std::string reason) {
   SystemLog::line("Remove failed: {}: {}", copy.path, reason);
-  RemovalReport report;
-  report.outcome = outcome;
-  report.reason = std::move(reason);
-  return report;
+  DuplicateRemoval removal;
+  removal.report.outcome = outcome;
+  removal.report.reason = std::move(reason);
+  return removal;
 }
 
 }  // namespace
@@ -36,8 +36,8 @@ bool isStillCopyOf(const DuplicateCopy& copy, const DuplicateCopy& other,
   return sameBytes(copy.path, copy.identity, other.path, other.identity, stop, reason);
 }
 
-RemovalReport removeDuplicate(const DuplicateCopy& copy, const std::vector<DuplicateCopy>& group,
-                              const std::atomic<bool>& stop) {
+DuplicateRemoval removeDuplicate(const DuplicateCopy& copy, const std::vector<DuplicateCopy>& group,
+                                 const std::atomic<bool>& stop) {
   struct stat status;
   if (lstat(copy.path.c_str(), &status) != 0 && errno == ENOENT) {
     return staying(copy, RemovalOutcome::missing, "it is not there any more");
@@ -53,8 +53,9 @@ RemovalReport removeDuplicate(const DuplicateCopy& copy, const std::vector<Dupli
     if (stop) break;
     if (&other == &copy || other.isGone) continue;
     if (isStillCopyOf(copy, other, stop, reason)) {
-      return ZkAuthorization::shareZkAuthorization().synFastRemovePath(copy.path, copy.identity,
-                                                                       &stop);
+      return {ZkAuthorization::shareZkAuthorization().synFastRemovePath(copy.path, copy.identity,
+                                                                        &stop),
+              true};
     }
   }
   if (stop) return staying(copy, RemovalOutcome::cancelled, "stopped");

@@ -19,6 +19,11 @@ struct DuplicateCopy {
   bool isGone = false;  ///< was removed meanwhile
 };
 
+struct DuplicateRemoval {
+  RemovalReport report;
+  bool wasTried = false;  ///< the removal service was asked; false when it was safer not to
+};
+
 /// Whether `other` is there at this moment and holds the same bytes as `copy`, both still being
 /// what was found. Files are compared byte by byte on open descriptors, bundles file by file: each
 /// file and link of `copy` has a partner of its own in `other`. Never true for one item under two
@@ -29,7 +34,7 @@ bool isStillCopyOf(const DuplicateCopy& copy, const DuplicateCopy& other,
 /// Removes `copy` through the shared removal service, but only while another one of `group`, of
 /// which it is a member, still is a copy of it. They are looked at in their order. Not the main
 /// thread.
-RemovalReport removeDuplicate(const DuplicateCopy& copy, const std::vector<DuplicateCopy>& group,
-                              const std::atomic<bool>& stop);
+DuplicateRemoval removeDuplicate(const DuplicateCopy& copy, const std::vector<DuplicateCopy>& group,
+                                 const std::atomic<bool>& stop);
 
 }  // namespace brisko

@@ -173,6 +173,7 @@ void DuplicateModel::didClickTableColumn(DuplicateColumn column) {
   sortDescending_ = column == lastColumn_ && !sortDescending_;
   lastColumn_ = column;
   SimpleTreeNode& root = *treeData();
+  tell(&DuplicateModelListener::treeWillChange);
   switch (column) {
     case DuplicateColumn::NameColumn:
       sortDescending_ ? root.decendingSortName() : root.acendingSortName();
@@ -184,7 +185,7 @@ void DuplicateModel::didClickTableColumn(DuplicateColumn column) {
       sortDescending_ ? root.decendingSortDate() : root.acendingSortDate();
       break;
   }
-  tell(&DuplicateModelListener::treeReset);
+  tell(&DuplicateModelListener::treeDidChange);
   tell(&DuplicateModelListener::pageChanged);
 }
 

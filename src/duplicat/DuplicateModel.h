@@ -24,6 +24,7 @@ enum class DuplicateColumn : int { none, NameColumn, FileSize, ModifyDate };
 struct DuplicateFailure {
   std::string path;
   std::string reason;
+  bool wasTried = false;  ///< it was to be removed, and could not; else it was safer to leave it
 };
 
 /// Told of changes, always on the main thread. Each call says what to look at again.
@@ -32,8 +33,8 @@ class DuplicateModelListener {
   virtual ~DuplicateModelListener() = default;
   virtual void pageChanged() {}     ///< view, enabled controls, segments, sort mark
   virtual void treeReset() {}       ///< another tree is shown
-  virtual void treeWillChange() {}  ///< groups or leaves are about to leave it
-  virtual void treeDidChange() {}   ///< they have
+  virtual void treeWillChange() {}  ///< groups or leaves are about to leave it, or to be sorted
+  virtual void treeDidChange() {}   ///< they have, or are
   virtual void groupChanged(SimpleTreeNode* /*group*/) {}  ///< its ticks, or those of its leaves
   virtual void allTicksChanged() {}                        ///< ticks of any group
   virtual void countsChanged() {}                          ///< summary, sizes, tick-all box, Remove
@@ -149,8 +150,9 @@ class DuplicateModel {
   void stopRemoveBtnClicked();
   bool isRemoving() const { return twRemoveDupFiles_ != nullptr; }
   std::size_t removalTotal() const { return removalTotal_; }
-  /// "Some files that require admin access can't be removed!" when ticked leaves stayed, else
-  /// empty.
+  /// What is said when ticked leaves stayed: "Some files that require admin access can't be
+  /// removed!" when the removal of one failed; another sentence when all of them were left alone
+  /// because that was safer. Empty when none stayed.
   std::string removeWarning() const;
   const std::vector<std::string>& removedPaths() const { return removedPaths_; }
   const std::vector<DuplicateFailure>& failures() const { return failures_; }
@@ -170,7 +172,7 @@ class DuplicateModel {
 
   void setTick(SimpleTreeNode& leaf, bool ticked);
   static void recomputeGroup(SimpleTreeNode& group);
-  void tickLeaf(SimpleTreeNode& leaf);
+  void setSelectState(SimpleTreeNode& leaf);
   void tickAllButLast(SimpleTreeNode& group);
   void untickGroup(SimpleTreeNode& group);
   void untickAll();
@@ -182,7 +184,7 @@ class DuplicateModel {
   static void deleteDupFiles(const std::shared_ptr<Removal>& removal);
   void takeRemoved();
   void countOut(SimpleTreeNode& leaf);
-  void removeFromGroup(SimpleTreeNode& leaf, LeavesLeft& leavesLeft);
+  void refreshOutlineView(SimpleTreeNode& leaf, LeavesLeft& leavesLeft);
   void compact(const LeavesLeft& leavesLeft);
   void deleteFinished();
 

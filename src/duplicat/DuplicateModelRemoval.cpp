@@ -15,7 +15,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kBatch{50};
 
 DuplicateCopy copyOf(const SimpleNodeData& data) {
-  return {data.name, data.identity(), data.fileSize, data.isBundle, false};
+  return {data.name(), data.identity(), data.fileSize, data.isBundle, false};
 }
 
 std::size_t segmentOf(const SimpleTreeNode& group) {
@@ -71,11 +71,11 @@ void DuplicateModel::deleteDupFiles(const std::shared_ptr<Removal>& removal) {
     if (removal->stop) return;
     auto& group = removal->groups[item.group];
     DuplicateCopy& copy = group[item.copy];
-    RemovalReport report = removeDuplicate(copy, group, removal->stop);
-    copy.isGone = report.removed();
+    DuplicateRemoval outcome = removeDuplicate(copy, group, removal->stop);
+    copy.isGone = outcome.report.removed();
     {
       std::lock_guard lock(removal->mutex);
-      removal->outcomes.push_back({item.leaf, std::move(report)});
+      removal->outcomes.push_back({item.leaf, std::move(outcome)});
       removal->pathAtWork = copy.path;
     }
     if (Clock::now() - lastTold < kBatch) continue;
@@ -98,13 +98,14 @@ void DuplicateModel::takeRemoved() {
   tell(&DuplicateModelListener::treeWillChange);
   LeavesLeft leavesLeft;
   for (Removal::Outcome& outcome : outcomes) {
-    freedBytes_ += outcome.report.freedBytes;
-    const std::string& name = outcome.leaf->nodeData.name;
-    if (outcome.report.removed()) {
-      removedPaths_.push_back(name);
-      removeFromGroup(*outcome.leaf, leavesLeft);
-    } else if (outcome.report.outcome != RemovalOutcome::cancelled || !removal_->stop) {
-      failures_.push_back({name, std::move(outcome.report.reason)});
+    RemovalReport& report = outcome.removal.report;
+    freedBytes_ += report.freedBytes;
+    std::string name = outcome.leaf->nodeData.name();
+    if (report.removed()) {
+      removedPaths_.push_back(std::move(name));
+      refreshOutlineView(*outcome.leaf, leavesLeft);
+    } else if (report.outcome != RemovalOutcome::cancelled || !removal_->stop) {
+      failures_.push_back({std::move(name), std::move(report.reason), outcome.removal.wasTried});
     }
   }
   compact(leavesLeft);
@@ -127,7 +128,7 @@ void DuplicateModel::countOut(SimpleTreeNode& leaf) {
 }
 
 // A group that has no leaf any more, or of a partly ticked one a single leaf, goes too.
-void DuplicateModel::removeFromGroup(SimpleTreeNode& leaf, LeavesLeft& leavesLeft) {
+void DuplicateModel::refreshOutlineView(SimpleTreeNode& leaf, LeavesLeft& leavesLeft) {
   SimpleTreeNode& group = *leaf.nodeParent;
   std::size_t& left = leavesLeft.try_emplace(&group, group.numberOfChildren()).first->second;
   const int stateBefore = group.nodeData.selectNum;
@@ -156,9 +157,11 @@ void DuplicateModel::compact(const LeavesLeft& leavesLeft) {
 }
 
 std::string DuplicateModel::removeWarning() const {
-  return removalTotal_ > 0 && !isRemoving() && selectedCount() > 0
-             ? "Some files that require admin access can't be removed!"
-             : "";
+  if (removalTotal_ == 0 || isRemoving() || selectedCount() == 0) return {};
+  const bool anyFailed = std::any_of(failures_.begin(), failures_.end(),
+                                     [](const DuplicateFailure& each) { return each.wasTried; });
+  return anyFailed ? "Some files that require admin access can't be removed!"
+                   : "Some files were left alone, because it was not safe to remove them";
 }
 
 void DuplicateModel::deleteFinished() {

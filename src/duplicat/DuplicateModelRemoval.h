@@ -21,7 +21,7 @@ struct DuplicateModel::Removal {
   };
   struct Outcome {
     SimpleTreeNode* leaf;
-    RemovalReport report;
+    DuplicateRemoval removal;
   };
 
   std::vector<Item> items;                         ///< in the order of ticking

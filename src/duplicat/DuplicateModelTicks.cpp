@@ -45,7 +45,7 @@ void DuplicateModel::toggle(SimpleTreeNode& node) {
     recomputeGroup(*node.nodeParent);
     tellGroup(*node.nodeParent);
   } else if (node.nodeData.isLeaf) {
-    tickLeaf(node);
+    setSelectState(node);
   } else {
     node.nodeData.selectNum == 0 ? tickAllButLast(node) : untickGroup(node);
     tellGroup(node);
@@ -53,7 +53,7 @@ void DuplicateModel::toggle(SimpleTreeNode& node) {
   tell(&DuplicateModelListener::countsChanged);
 }
 
-void DuplicateModel::tickLeaf(SimpleTreeNode& leaf) {
+void DuplicateModel::setSelectState(SimpleTreeNode& leaf) {
   SimpleTreeNode& group = *leaf.nodeParent;
   const bool isLast = group.nodeData.tickNumber + 1 >= group.numberOfChildren();
   if (isLast && !(askDeleteAll_ && askDeleteAll_())) return;

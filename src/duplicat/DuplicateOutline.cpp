@@ -6,6 +6,7 @@
 #include "ImageCheckBox.h"
 #include "ImageLookup.h"
 #include "LocalizedString.h"
+#include "SortHeaderView.h"
 #include "Theme.h"
 
 #include <QKeyEvent>
@@ -97,7 +98,8 @@ class OutlineDelegate : public QStyledItemDelegate {
 }  // namespace
 
 DuplicateOutline::DuplicateOutline(QWidget* parent) : QTreeView(parent) {
-  setHeader(new CheckHeaderView(this));
+  setHeader(new SortHeaderView(this));
+  setTabOrder(header(), this);
   setItemDelegate(new OutlineDelegate(this));
   setUniformRowHeights(true);
   setTreePosition(DuplicateTreeModel::NameColumn);
@@ -145,6 +147,10 @@ void DuplicateOutline::keyPressEvent(QKeyEvent* event) {
     if (currentIndex().isValid()) Q_EMIT toggleRequested(currentIndex());
     return;
   }
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    openOrReveal(currentIndex());
+    return;
+  }
   QTreeView::keyPressEvent(event);
 }
 
@@ -168,8 +174,17 @@ void DuplicateOutline::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
   if (index.isValid() && index.column() == DuplicateTreeModel::Checkbox) {
     mousePressEvent(event);
-  } else if (index.isValid() && event->button() == Qt::LeftButton) {
-    const QModelIndex row = index.siblingAtColumn(0);
+  } else if (event->button() == Qt::LeftButton) {
+    openOrReveal(index);
+  }
+}
+
+void DuplicateOutline::openOrReveal(const QModelIndex& index) {
+  if (!index.isValid()) return;
+  const QModelIndex row = index.siblingAtColumn(0);
+  if (row.parent().isValid()) {
+    Q_EMIT revealRequested(row);
+  } else {
     setExpanded(row, !isExpanded(row));
   }
 }

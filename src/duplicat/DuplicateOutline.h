@@ -10,7 +10,7 @@ class ImageCheckBox;
 
 /// The outline of groups and their copies. Boxes are drawn, not made of widgets, and all rows are
 /// of one height, so its cost is that of the rows in sight. Space toggles the highlighted row's
-/// box, left and right close and open groups.
+/// box, left and right close and open groups, and so does Return; on a copy it asks to see it.
 class DuplicateOutline : public QTreeView {
   Q_OBJECT
 
@@ -25,6 +25,8 @@ class DuplicateOutline : public QTreeView {
  Q_SIGNALS:
   /// The user asked for the row's box to change.
   void toggleRequested(const QModelIndex& index);
+  /// The user wants to see the copy where it lies: a double click, or Return.
+  void revealRequested(const QModelIndex& index);
   /// The highlighted row is another one, or none.
   void currentRowChanged(const QModelIndex& index);
 
@@ -38,6 +40,8 @@ class DuplicateOutline : public QTreeView {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void openOrReveal(const QModelIndex& index);
+
   QPersistentModelIndex pressed_;
 };
 

@@ -102,9 +102,9 @@ void DuplicatePreview::show(const SimpleTreeNode* node) {
     copy = node->children.empty() ? nullptr : node->children.front();
   }
   // A removal asks again and again for what is shown already.
-  if (copy != nullptr && copy->nodeData.name == path_) return;
+  if (copy != nullptr && copy->nodeData.name() == path_) return;
   if (wanted_) wanted_->preview = nullptr;
-  path_ = copy == nullptr ? std::string() : copy->nodeData.name;
+  path_ = copy == nullptr ? std::string() : copy->nodeData.name();
   revealButton_->setVisible(copy != nullptr);
   pictures_->setCurrentWidget(iconView_);
   if (copy == nullptr) {

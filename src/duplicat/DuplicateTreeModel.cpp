@@ -54,25 +54,15 @@ QString modificationDateText(const SimpleNodeData& data) {
 void DuplicateTreeModel::reloadData(const SimpleTreeNode* root) {
   beginResetModel();
   root_ = root;
-  countRows();
   endResetModel();
 }
 
-void DuplicateTreeModel::countRows() {
-  rows_.clear();
-  if (root_ == nullptr) return;
-  rows_.reserve(root_->children.size());
-  int row = 0;
-  for (const SimpleTreeNode* group : root_->children)
-    rows_.emplace(group, row++);
-}
-
-void DuplicateTreeModel::nodesWillLeave() {
+void DuplicateTreeModel::nodesWillMove() {
   Q_EMIT layoutAboutToBeChanged();
 }
 
 // Only what views hold on to is looked at: the highlighted row and the groups that stand open.
-void DuplicateTreeModel::nodesHaveLeft() {
+void DuplicateTreeModel::nodesHaveMoved() {
   for (const QModelIndex& held : persistentIndexList()) {
     const SimpleTreeNode* at = node(held);
     const bool isGone =
@@ -90,15 +80,19 @@ int DuplicateTreeModel::rowOf(const SimpleTreeNode* node) const {
     const auto found = std::find(copies.begin(), copies.end(), node);
     return found == copies.end() ? -1 : static_cast<int>(found - copies.begin());
   }
-  const auto found = rows_.find(node);
-  if (found == rows_.end() || root_ == nullptr) return -1;
-  // Groups only ever move up, when others before them leave, so the row is this one or one above.
+  if (root_ == nullptr || root_->children.empty()) return -1;
+  // When others before it leave a group moves up, so the row is the one remembered or one above.
   const auto& groups = root_->children;
-  int row = std::min(found->second, static_cast<int>(groups.size()) - 1);
-  while (row >= 0 && groups[static_cast<std::size_t>(row)] != node)
+  std::size_t row = std::min<std::size_t>(node->rowHint, groups.size() - 1);
+  while (groups[row] != node && row > 0)
     --row;
-  if (row >= 0) found->second = row;
-  return row;
+  if (groups[row] != node) {
+    // Never seen, sorted, or seen in another tree: all of them are looked at.
+    for (row = 0; row < groups.size(); ++row)
+      groups[row]->rowHint = static_cast<std::uint32_t>(row);
+    row = std::min<std::size_t>(node->rowHint, groups.size() - 1);
+  }
+  return groups[row] == node ? static_cast<int>(row) : -1;
 }
 
 void DuplicateTreeModel::groupChanged(const SimpleTreeNode* group) {
@@ -117,17 +111,24 @@ SimpleTreeNode* DuplicateTreeModel::node(const QModelIndex& index) const {
   return static_cast<SimpleTreeNode*>(index.internalPointer());
 }
 
+QModelIndex DuplicateTreeModel::indexOf(SimpleTreeNode* group) const {
+  const int row = rowOf(group);
+  return row < 0 ? QModelIndex() : createIndex(row, 0, group);
+}
+
 QModelIndex DuplicateTreeModel::index(int row, int column, const QModelIndex& parent) const {
-  if (!hasIndex(row, column, parent)) return {};
+  // Asked for every row of a layout, so nothing is asked twice, and no group is looked into.
   const SimpleTreeNode* above = parent.isValid() ? node(parent) : root_;
+  if (above == nullptr || row < 0 || column < 0 || column >= count || parent.column() > 0 ||
+      static_cast<std::size_t>(row) >= above->children.size()) {
+    return {};
+  }
   return createIndex(row, column, above->children[static_cast<std::size_t>(row)]);
 }
 
 QModelIndex DuplicateTreeModel::parent(const QModelIndex& index) const {
   if (!index.isValid() || !node(index)->nodeData.isLeaf) return {};
-  SimpleTreeNode* group = node(index)->nodeParent;
-  const int row = rowOf(group);
-  return row < 0 ? QModelIndex() : createIndex(row, 0, group);
+  return indexOf(node(index)->nodeParent);
 }
 
 int DuplicateTreeModel::rowCount(const QModelIndex& parent) const {
@@ -157,7 +158,7 @@ QVariant DuplicateTreeModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return text(at, index.column());
     case Qt::ToolTipRole:
-      return isName ? toolTipText(displayText(at.nodeData.name)) : QVariant();
+      return isName ? toolTipText(displayText(at.nodeData.name())) : QVariant();
     case Qt::TextAlignmentRole:
       return static_cast<int>(index.column() >= allSelectNum ? Qt::AlignRight : Qt::AlignLeft);
     case Qt::AccessibleTextRole:
@@ -176,7 +177,7 @@ QVariant DuplicateTreeModel::data(const QModelIndex& index, int role) const {
 QString DuplicateTreeModel::text(const SimpleTreeNode& node, int column) const {
   switch (column) {
     case NameColumn:
-      return displayText(node.nodeData.name);
+      return displayText(node.nodeData.name());
     case allSelectNum:
       return node.nodeData.isLeaf ? QString() : QString::fromStdString(node.showSelectNumStr());
     case FileSize:

@@ -4,8 +4,6 @@
 
 #include <QAbstractItemModel>
 
-#include <unordered_map>
-
 namespace brisko {
 
 /// What an outline row gives beside the roles of `EntryRole`.
@@ -16,9 +14,9 @@ enum DuplicateRole : int {
 
 /// The shown tree as an item model: groups, and their copies below them.
 ///
-/// Nothing is copied: an index holds its node, and texts are made when a row is drawn. What is kept
-/// besides is the row of each group (one hash table, made when a tree is shown), so that questions
-/// are answered in constant time with any number of groups.
+/// Nothing is copied and nothing is prepared: an index holds its node, texts are made when a row is
+/// drawn, and each group remembers the row it was last seen in. So a tree of any size is shown at
+/// the cost of the view's own layout.
 class DuplicateTreeModel : public QAbstractItemModel {
   Q_OBJECT
 
@@ -30,9 +28,10 @@ class DuplicateTreeModel : public QAbstractItemModel {
   /// Shows the children of `root`, or nothing for null.
   void reloadData(const SimpleTreeNode* root);
 
-  // Around a removal of any number of nodes from the tree. One relayout each, however many went.
-  void nodesWillLeave();
-  void nodesHaveLeft();
+  // Around a change of the tree's order, or the removal of any number of nodes. One relayout each,
+  // however many moved or went; what is highlighted or open stays so.
+  void nodesWillMove();
+  void nodesHaveMoved();
 
   /// A group's ticks, or those of its leaves, changed.
   void groupChanged(const SimpleTreeNode* group);
@@ -40,6 +39,8 @@ class DuplicateTreeModel : public QAbstractItemModel {
   void allTicksChanged();
 
   SimpleTreeNode* node(const QModelIndex& index) const;
+  /// The row of a group of the shown tree; none for others.
+  QModelIndex indexOf(SimpleTreeNode* group) const;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& index) const override;
@@ -51,14 +52,11 @@ class DuplicateTreeModel : public QAbstractItemModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  void countRows();
   int rowOf(const SimpleTreeNode* node) const;
   QString text(const SimpleTreeNode& node, int column) const;
   QString imageName(const SimpleTreeNode& node, int column) const;
 
   const SimpleTreeNode* root_ = nullptr;
-  mutable std::unordered_map<const SimpleTreeNode*, int>
-      rows_;  ///< groups; corrected when asked for
 };
 
 /// The image for a group's type class, or for a copy in it.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <span>
-#include <string>
+#include <unordered_map>
 
 namespace brisko {
 namespace {
@@ -25,19 +25,30 @@ constexpr std::string_view kPictures[] = {"bmp",  "jpg", "png",  "ico", "gif", "
 constexpr std::span<const std::string_view> kLists[] = {kDocuments, kMusic, kVideos, kArchives,
                                                         kPictures};
 
+std::unordered_map<std::string_view, int> classOfEach() {
+  std::unordered_map<std::string_view, int> classes;
+  int number = 1;
+  for (const auto list : kLists) {
+    for (const std::string_view extension : list)
+      classes.emplace(extension, number);
+    ++number;
+  }
+  return classes;
+}
+
 }  // namespace
 
 int duplicateClass(std::string_view extendName) {
-  std::string lower(extendName);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char each) {
+  constexpr std::size_t kLongest = 7;
+  if (extendName.empty() || extendName.size() > kLongest) return kOtherTypes;
+  char letters[kLongest];
+  std::transform(extendName.begin(), extendName.end(), letters, [](char each) {
     return each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each;
   });
-  int number = 1;
-  for (const auto list : kLists) {
-    if (std::find(list.begin(), list.end(), lower) != list.end()) return number;
-    ++number;
-  }
-  return kOtherTypes;
+  // Asked for every group of a result, so the lists are turned round once.
+  static const auto* const classes = new std::unordered_map<std::string_view, int>(classOfEach());
+  const auto found = classes->find(std::string_view(letters, extendName.size()));
+  return found == classes->end() ? kOtherTypes : found->second;
 }
 
 }  // namespace brisko

@@ -2,11 +2,11 @@
 
 #include "CommUti.h"
 #include "DuplicateTreeModel.h"
-#include "EntryTable.h"
 #include "Host.h"
 #include "ImageCheckBox.h"
 #include "ImageLookup.h"
 #include "LocalizedString.h"
+#include "MessagePanel.h"
 #include "ModuleTable.h"
 #include "fileAttrbItem.h"
 #include "ui_DuplicateViewController.h"
@@ -24,19 +24,6 @@ constexpr int kFinishDelay = 1000;
 constexpr int kReturnDelay = 1500;
 constexpr int kRemovalDelay = 500;
 
-DuplicateColumn sortedColumn(int section) {
-  switch (section) {
-    case DuplicateTreeModel::NameColumn:
-      return DuplicateColumn::NameColumn;
-    case DuplicateTreeModel::FileSize:
-      return DuplicateColumn::FileSize;
-    case DuplicateTreeModel::ModifyDate:
-      return DuplicateColumn::ModifyDate;
-    default:
-      return DuplicateColumn::none;
-  }
-}
-
 std::optional<std::string> askForFolder(QWidget* parent) {
   QFileDialog chooser(parent, getLocalizedString("Choose a path to search"));
   chooser.setFileMode(QFileDialog::Directory);
@@ -44,6 +31,12 @@ std::optional<std::string> askForFolder(QWidget* parent) {
   chooser.setLabelText(QFileDialog::Accept, getLocalizedString("Choose"));
   if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) return {};
   return QFile::encodeName(chooser.selectedFiles().constFirst()).toStdString();
+}
+
+QString skippedText(std::size_t count) {
+  return filledIn(getLocalizedString(count == 1 ? "%@ folder in it could not be read."
+                                                : "%@ folders in it could not be read."),
+                  QString::number(count));
 }
 
 }  // namespace
@@ -73,27 +66,6 @@ DuplicateViewController::~DuplicateViewController() {
   model_.setListener(nullptr);
 }
 
-void DuplicateViewController::setUpOutline() {
-  DuplicateOutline* outline = ui_->outline;
-  outline->setTree(tree_);
-  outline->setAccessibleName(getLocalizedString("Duplicate files"));
-  connect(outline, &DuplicateOutline::toggleRequested, this, [this](const QModelIndex& index) {
-    if (!isRemovalDue()) model_.toggle(*tree_->node(index));
-  });
-  connect(outline, &DuplicateOutline::currentRowChanged, this, [this](const QModelIndex& index) {
-    ui_->preview->show(index.isValid() ? tree_->node(index) : nullptr);
-  });
-  connect(outline->selectAllBox(), &QAbstractButton::clicked, this,
-          &DuplicateViewController::setAllSelectOrNoSelect);
-  connect(outline->header(), &QHeaderView::sectionClicked, this, [this](int section) {
-    model_.didClickTableColumn(sortedColumn(section));
-    // The header has moved its mark by itself.
-    showSortMark();
-  });
-  connect(ui_->preview, &DuplicatePreview::showInFinderWhenClickItems, this,
-          &DuplicateViewController::showInFinderWhenClickItems);
-}
-
 void DuplicateViewController::connectControls() {
   ui_->backHomeButton->setIcon(ImageLookup::icon("ic_back"));
   ui_->backHomeButton->setIconSize(QSize(18, 18));
@@ -105,6 +77,7 @@ void DuplicateViewController::connectControls() {
   onClick(ui_->backHomeButton, &DuplicateViewController::returnToStart);
   onClick(ui_->nothingButton, &DuplicateViewController::returnToStart);
   onClick(ui_->endButton, &DuplicateViewController::returnToStart);
+  onClick(ui_->skippedButton, &DuplicateViewController::tellSkipped);
   onClick(ui_->removeButton, &DuplicateViewController::removeBtnClicked);
   onClick(ui_->stopRemoveButton, &DuplicateViewController::stopRemoveBtnClicked);
   connect(ui_->dropArea, &DropArea::viewDragAction, this, &DuplicateViewController::viewDragAction);
@@ -138,6 +111,12 @@ void DuplicateViewController::segmentSelect(int segment) {
 void DuplicateViewController::setAllSelectOrNoSelect() {
   if (isRemovalDue()) return;
   model_.setAllSelectOrNoSelect(std::string_view(model_.allSelectImage()) == "unsel");
+}
+
+void DuplicateViewController::openFinderWhenClickItems() {
+  const QModelIndex current = ui_->outline->currentIndex();
+  if (!current.isValid() || !tree_->node(current)->nodeData.isLeaf) return;
+  showInFinderWhenClickItems(tree_->node(current)->nodeData.name());
 }
 
 void DuplicateViewController::showInFinderWhenClickItems(const std::string& path) {
@@ -203,6 +182,7 @@ void DuplicateViewController::pageChanged() {
   showSortMark();
   showSegments();
   showRemoving();
+  showSkipped();
   ui_->chooseButton->setEnabled(model_.folderButtonEnabled());
   ui_->dropArea->setAcceptDrops(model_.folderButtonEnabled());
 }
@@ -224,12 +204,9 @@ void DuplicateViewController::showView() {
   if (shown == ui_->nothingView) {
     const std::size_t skipped = model_.skipped().size();
     const QString sentence =
-        skipped == 0
-            ? filledIn(getLocalizedString("Every file in “%@” is there only once."),
-                       displayText(lastPathComponent(model_.searchPath())))
-            : filledIn(getLocalizedString(skipped == 1 ? "%@ folder in it could not be read."
-                                                       : "%@ folders in it could not be read."),
-                       QString::number(skipped));
+        skipped == 0 ? filledIn(getLocalizedString("Every file in “%@” is there only once."),
+                                displayText(lastPathComponent(model_.searchPath())))
+                     : skippedText(skipped);
     ui_->nothingIntro->show("ill_empty", getLocalizedString("No duplicates"), sentence);
   }
 }
@@ -247,6 +224,30 @@ void DuplicateViewController::showProgress() {
                                                  label->width()));
 }
 
+// Results of a part of the folder must not look like those of all of it.
+void DuplicateViewController::showSkipped() {
+  const std::size_t count = model_.skipped().size();
+  ui_->skippedButton->setVisible(count > 0 && !model_.isSearching());
+  ui_->skippedButton->setText(
+      filledIn(getLocalizedString(count == 1 ? "%@ Folder Left Out" : "%@ Folders Left Out"),
+               QString::number(count)));
+  ui_->skippedButton->setToolTip(toolTipText(skippedText(count)));
+}
+
+void DuplicateViewController::tellSkipped() {
+  using Style = MessagePanel::Answer::Style;
+  MessagePanel::Content content;
+  content.imageName = "ic_warning";
+  content.title = skippedText(model_.skipped().size());
+  content.text = getLocalizedString("Copies in there were not looked for.");
+  for (const SkippedFolder& folder : model_.skipped()) {
+    content.details << displayText(folder.path) + QStringLiteral("\n    ") +
+                           displayText(folder.reason);
+  }
+  content.answers = {{getLocalizedString("Done"), Style::primary, 0}};
+  MessagePanel::run(content, getView());
+}
+
 void DuplicateViewController::showSegments() {
   std::vector<SegmentBar::Segment> segments;
   for (std::size_t i = 0; i < kDuplicateSegments; ++i) {
@@ -257,45 +258,6 @@ void DuplicateViewController::showSegments() {
   }
   ui_->segments->setSegments(std::move(segments));
   ui_->segments->setCurrent(static_cast<int>(model_.remberWitchSelect()));
-}
-
-void DuplicateViewController::showSortMark() {
-  QHeaderView* header = ui_->outline->header();
-  int section = -1;
-  for (int each = 0; each < DuplicateTreeModel::count; ++each) {
-    const DuplicateColumn column = sortedColumn(each);
-    if (column != DuplicateColumn::none && column == model_.lastColumn()) section = each;
-  }
-  header->setSortIndicatorShown(section >= 0);
-  header->setSortIndicator(section,
-                           model_.sortDescending() ? Qt::DescendingOrder : Qt::AscendingOrder);
-}
-
-void DuplicateViewController::treeReset() {
-  tree_->reloadData(model_.treeData());
-  ui_->preview->show(nullptr);
-  if (tree_->rowCount() == 0) return;
-  ui_->outline->expand(tree_->index(0, 0));
-  ui_->outline->setCurrentIndex(tree_->index(0, 0));
-}
-
-void DuplicateViewController::treeWillChange() {
-  tree_->nodesWillLeave();
-}
-
-void DuplicateViewController::treeDidChange() {
-  tree_->nodesHaveLeft();
-  const QModelIndex current = ui_->outline->currentIndex();
-  ui_->preview->show(current.isValid() ? tree_->node(current) : nullptr);
-}
-
-void DuplicateViewController::groupChanged(SimpleTreeNode* group) {
-  tree_->groupChanged(group);
-}
-
-void DuplicateViewController::allTicksChanged() {
-  tree_->allTicksChanged();
-  ui_->outline->viewport()->update();
 }
 
 void DuplicateViewController::countsChanged() {

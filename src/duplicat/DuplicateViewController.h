@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_set>
 
 namespace Ui {
 class DuplicateViewController;
@@ -39,6 +40,8 @@ class DuplicateViewController : public PageController, private DuplicateModelLis
   void removeBtnClicked();
   void deleteFileButtonAction();
   void stopRemoveBtnClicked();
+  /// Shows the highlighted copy in the file browser; nothing for a group.
+  void openFinderWhenClickItems();
   void showInFinderWhenClickItems(const std::string& path);
 
   /// Another way to ask for a folder than the desktop's chooser; nothing means cancelled.
@@ -84,6 +87,9 @@ class DuplicateViewController : public PageController, private DuplicateModelLis
   void showEnd();
   void showRemoving();
   void showFailures(const QString& title);
+  void showSkipped();
+  void tellSkipped();
+  void openAgain();
   bool userWantsAll();
   void returnToStart();
 
@@ -96,6 +102,7 @@ class DuplicateViewController : public PageController, private DuplicateModelLis
   QBasicTimer returnTimer_;   ///< from stopping a search to the first view
   QBasicTimer removalTimer_;  ///< from the confirmation to the removal
   bool duplicateScaned_ = false;
+  std::unordered_set<SimpleTreeNode*> opened_;  ///< groups that the user left open, of any type
 };
 
 using SameFileDeleteViewController = DuplicateViewController;

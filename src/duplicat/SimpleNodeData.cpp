@@ -2,30 +2,35 @@
 
 #include "Host.h"
 
-#include <utility>
+#include <cstring>
 
 namespace brisko {
 
-SimpleNodeData SimpleNodeData::leafDataWithName(std::string name) {
+std::string TreeNodeData::name() const {
+  return folder == nullptr ? std::string(tail) : CandidateStore::path(*folder, tail);
+}
+
+SimpleNodeData SimpleNodeData::leafDataWithName(const char* name, const CandidateFolder* folder) {
   SimpleNodeData data;
-  data.name = std::move(name);
+  data.folder = folder;
+  data.tail = name;
   return data;
 }
 
-SimpleNodeData SimpleNodeData::groupDataWithName(std::string name) {
-  SimpleNodeData data = leafDataWithName(std::move(name));
+SimpleNodeData SimpleNodeData::groupDataWithName(const char* name) {
+  SimpleNodeData data = leafDataWithName(name);
   data.isLeaf = false;
   return data;
 }
 
-std::string SimpleNodeData::extendName() const {
+std::string_view SimpleNodeData::extendName() const {
   if (isLeaf) return {};
-  return isBundle ? "APP" : pathExtension(name);
+  return isBundle ? "APP" : pathExtension(tail);
 }
 
 std::string SimpleNodeData::iconRep() const {
   Workspace* workspace = Host::current().workspace.get();
-  return workspace == nullptr ? std::string() : workspace->iconName(name);
+  return workspace == nullptr ? std::string() : workspace->iconName(name());
 }
 
 FileIdentity SimpleNodeData::identity() const {
@@ -38,6 +43,23 @@ FileIdentity SimpleNodeData::identity() const {
   identity.modificationSeconds = ModificationDate.seconds;
   identity.modificationNanoseconds = ModificationDate.nanoseconds;
   return identity;
+}
+
+std::uint64_t SimpleNodeData::rankName(std::size_t common) const {
+  // Of a path the first bytes tell nothing: leaves are compared by their whole names.
+  std::uint64_t rank = 0;
+  if (folder != nullptr) return rank;
+  const char* at = tail + common;
+  for (int i = 0; i < 8; ++i) {
+    rank = rank << 8 | static_cast<unsigned char>(*at);
+    if (*at != '\0') ++at;
+  }
+  return rank;
+}
+
+int SimpleNodeData::compareName(const SimpleNodeData& other) const {
+  if (folder == other.folder) return std::strcmp(tail, other.tail);
+  return name().compare(other.name());
 }
 
 int SimpleNodeData::compareSize(const SimpleNodeData& other) const {

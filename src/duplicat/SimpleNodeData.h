@@ -1,20 +1,29 @@
 #pragma once
 
+#include "CandidateStore.h"
 #include "FileIdentity.h"
 #include "fileAttrbItem.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace brisko {
 
+/// A row's name, in two parts of which the first is shared: a path is put together when somebody
+/// asks. What they point at belongs to the row's tree.
 struct TreeNodeData {
-  std::string name;  ///< leaf: absolute path; group: what the group is called
+  const CandidateFolder* folder = nullptr;  ///< null when `tail` is the whole name
+  const char* tail = "";
+
+  /// Leaf: absolute path; group: what the group is called.
+  std::string name() const;
 };
 
 /// The data of one row of the duplicates' outline: a copy (leaf) or a group of copies.
 ///
-/// There is one for each copy on the machine, so it keeps what cannot be derived (136 bytes with
+/// There is one for each copy on the machine, so it keeps what cannot be derived (104 bytes with
 /// its node) and answers the rest.
 struct SimpleNodeData : TreeNodeData {
   std::uint64_t fileSize = 0;  ///< bytes; a group's is the sum of its leaves'
@@ -30,19 +39,27 @@ struct SimpleNodeData : TreeNodeData {
   bool Mark = false;      ///< group: a type class has taken it
   bool isGone = false;    ///< was removed, and is about to leave the outline
 
-  static SimpleNodeData leafDataWithName(std::string name);
-  static SimpleNodeData groupDataWithName(std::string name);
+  static SimpleNodeData leafDataWithName(const char* name, const CandidateFolder* folder = nullptr);
+  static SimpleNodeData groupDataWithName(const char* name);
 
   bool isExpandable() const { return !isLeaf; }
   /// Group: the extension by which it is classed, "APP" for bundles. Leaf: empty.
-  std::string extendName() const;
+  std::string_view extendName() const;
   /// The icon's name in the desktop's naming convention; found out when asked for.
   std::string iconRep() const;
   /// Leaf: which item the path named when it was listed.
   FileIdentity identity() const;
 
+  // Numbers that ascend with what is compared below; where they are equal, it decides. Names that
+  // begin with the same `common` bytes are ranked by what follows.
+  std::uint64_t rankName(std::size_t common) const;
+  std::uint64_t rankSize(std::size_t /*common*/) const { return fileSize; }
+  std::uint64_t rankDate(std::size_t /*common*/) const {
+    return static_cast<std::uint64_t>(ModificationDate.seconds) ^ std::uint64_t{1} << 63;
+  }
+
   /// Negative, 0 or positive, as this row's value stands before, with or behind the other's.
-  int compareName(const SimpleNodeData& other) const { return name.compare(other.name); }
+  int compareName(const SimpleNodeData& other) const;
   int compareSize(const SimpleNodeData& other) const;
   int compareDate(const SimpleNodeData& other) const;
   int compareNameR(const SimpleNodeData& other) const { return other.compareName(*this); }

@@ -3,8 +3,11 @@
 #include "SimpleNodeData.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace brisko {
@@ -19,7 +22,7 @@ class SimpleTreeNode {
   using Children = std::vector<SimpleTreeNode*>;
 
   /// Children, if any, get this node as their parent.
-  explicit SimpleTreeNode(SimpleNodeData data, SimpleTreeNode* parent = nullptr,
+  explicit SimpleTreeNode(const SimpleNodeData& data, SimpleTreeNode* parent = nullptr,
                           Children children = {});
   SimpleTreeNode(const SimpleTreeNode&) = delete;
   SimpleTreeNode& operator=(const SimpleTreeNode&) = delete;
@@ -27,6 +30,7 @@ class SimpleTreeNode {
   SimpleNodeData nodeData;
   SimpleTreeNode* nodeParent = nullptr;
   Children children;
+  std::uint32_t rowHint = 0;  ///< group: the row an outline last saw it in, to look there first
 
   std::size_t numberOfChildren() const { return children.size(); }
   void insertChild(SimpleTreeNode* child, std::size_t index);
@@ -38,15 +42,17 @@ class SimpleTreeNode {
   std::string showSelectNumStr() const;
 
   // Each sorts the children and then theirs. What compares equal keeps its order.
-  void acendingSortName() { sort(&SimpleNodeData::compareName); }
-  void acendingSortSize() { sort(&SimpleNodeData::compareSize); }
-  void acendingSortDate() { sort(&SimpleNodeData::compareDate); }
-  void decendingSortName() { sort(&SimpleNodeData::compareNameR); }
-  void decendingSortSize() { sort(&SimpleNodeData::compareSizeR); }
-  void decendingSortDate() { sort(&SimpleNodeData::compareDateR); }
+  void acendingSortName() { sort(&SimpleNodeData::rankName, &SimpleNodeData::compareName, false); }
+  void acendingSortSize() { sort(&SimpleNodeData::rankSize, &SimpleNodeData::compareSize, false); }
+  void acendingSortDate() { sort(&SimpleNodeData::rankDate, &SimpleNodeData::compareDate, false); }
+  void decendingSortName() { sort(&SimpleNodeData::rankName, &SimpleNodeData::compareNameR, true); }
+  void decendingSortSize() { sort(&SimpleNodeData::rankSize, &SimpleNodeData::compareSizeR, true); }
+  void decendingSortDate() { sort(&SimpleNodeData::rankDate, &SimpleNodeData::compareDateR, true); }
 
  private:
-  void sort(int (SimpleNodeData::*compare)(const SimpleNodeData&) const);
+  using Compare = int (SimpleNodeData::*)(const SimpleNodeData&) const;
+  using Rank = std::uint64_t (SimpleNodeData::*)(std::size_t) const;
+  void sort(Rank rank, Compare compare, bool descending);
 };
 
 /// The tree of one search's results, and the owner of its nodes.
@@ -56,9 +62,15 @@ class DuplicateTree {
 
   SimpleTreeNode& root() { return *root_; }
   /// A node of this tree that no one has as a child yet.
-  SimpleTreeNode* make(SimpleNodeData data, SimpleTreeNode::Children children = {});
+  SimpleTreeNode* make(const SimpleNodeData& data, SimpleTreeNode::Children children = {});
+  /// A copy of `name` that stays as long as the tree, for the data of a node.
+  const char* keep(std::string_view name) { return names_.keep(name); }
+  /// Makes the folders and names that nodes' data point at stay as long.
+  void keep(std::vector<CandidateArena> paths) { paths_ = std::move(paths); }
 
  private:
+  CandidateArena names_;
+  std::vector<CandidateArena> paths_;
   std::deque<SimpleTreeNode> nodes_;
   SimpleTreeNode* root_;
 };

@@ -65,6 +65,8 @@ SystemLog::Sink SystemLog::setSink(Sink sink) {
 }
 
 std::string escapedForDisplay(std::string_view text) {
+  const auto isPlain = [](unsigned char byte) { return byte >= 0x20 && byte < 0x7F; };
+  if (std::all_of(text.begin(), text.end(), isPlain)) return std::string(text);
   std::string shown;
   shown.reserve(text.size());
   while (!text.empty()) {

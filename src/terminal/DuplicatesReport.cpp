@@ -21,7 +21,7 @@ constexpr std::size_t kPiece = 64 * 1024;
 
 Json leafJson(const SimpleNodeData& data) {
   Json leaf = Json::object();
-  setPath(leaf, "name", data.name);
+  setPath(leaf, "name", data.name());
   leaf["fileSize"] = data.fileSize;
   leaf["ModificationDate"] =
       data.isBundle ? Json(nullptr) : Json(isoDate(data.ModificationDate.seconds));
@@ -32,7 +32,7 @@ Json leafJson(const SimpleNodeData& data) {
 Json groupJson(const SimpleTreeNode& group) {
   const SimpleNodeData& data = group.nodeData;
   Json object = Json::object();
-  setPath(object, "name", data.name);
+  setPath(object, "name", data.name());
   object["extendName"] = replacedUtf8(data.extendName());
   object["fileType"] = static_cast<int>(data.fileType);
   object["fileSize"] = data.fileSize;
@@ -96,7 +96,8 @@ void DuplicatesReport::writeTextGroups() {
                                    sizeText(group.children.back()->nodeData.fileSize)));
     text += '\n';
     for (const SimpleTreeNode* leaf : group.children) {
-      text += "  " + escapedForDisplay(leaf->nodeData.name);
+      text += "  ";
+      text += escapedForDisplay(leaf->nodeData.name());
       if (leaf->nodeData.hardLink) text += style.dim("  (another name of a file in this group)");
       if (leaf == group.children.back()) text += style.accent("  (kept)");
       text += '\n';
@@ -128,7 +129,7 @@ void DuplicatesReport::writePlan() {
   }
   std::vector<std::string> paths;
   for (const SimpleTreeNode* leaf : model_.allSelectNumArr())
-    paths.push_back(leaf->nodeData.name);
+    paths.push_back(leaf->nodeData.name());
   Json document = {{"dryRun", true}};
   setPaths(document, "wouldRemove", paths);
   writeMembers(membersOf(document));

@@ -1,6 +1,7 @@
 #include "Dispatch.h"
 #include "DuplicateModel.h"
 #include "LogCapture.h"
+#include "Machine.h"
 #include "TemporaryFolder.h"
 
 #include <fmt/format.h>
@@ -38,7 +39,7 @@ void remove(DuplicateModel& model) {
 SimpleTreeNode* groupWith(DuplicateModel& model, const std::string& path) {
   for (SimpleTreeNode* group : model.treeOfSegment(0)->children) {
     for (const SimpleTreeNode* leaf : group->children) {
-      if (leaf->nodeData.name == path) return group;
+      if (leaf->nodeData.name() == path) return group;
     }
   }
   return nullptr;
@@ -48,7 +49,7 @@ SimpleTreeNode* leafAt(DuplicateModel& model, const std::string& path) {
   SimpleTreeNode* group = groupWith(model, path);
   if (group == nullptr) return nullptr;
   return *std::find_if(group->children.begin(), group->children.end(),
-                       [&](const SimpleTreeNode* leaf) { return leaf->nodeData.name == path; });
+                       [&](const SimpleTreeNode* leaf) { return leaf->nodeData.name() == path; });
 }
 
 class DuplicateModelTest : public testing::Test {
@@ -192,9 +193,9 @@ TEST_F(DuplicateModelTest, SortingOrdersGroupsAndLeavesAndTurnsOnASecondClick) {
   EXPECT_STREQ(model.sortImage(), "ic_deascend");
   const SimpleTreeNode& documents = *root.children[2];
   model.didClickTableColumn(DuplicateColumn::NameColumn);
-  EXPECT_EQ(documents.children[0]->nodeData.name, folder / "a.txt");
+  EXPECT_EQ(documents.children[0]->nodeData.name(), folder / "a.txt");
   model.didClickTableColumn(DuplicateColumn::ModifyDate);
-  EXPECT_EQ(documents.children[0]->nodeData.name, folder / "b.TXT");
+  EXPECT_EQ(documents.children[0]->nodeData.name(), folder / "b.TXT");
 }
 
 TEST_F(DuplicateModelTest, RemovingTakesGroupsWithOneCopyLeftOutOfEveryView) {
@@ -203,7 +204,7 @@ TEST_F(DuplicateModelTest, RemovingTakesGroupsWithOneCopyLeftOutOfEveryView) {
   model.setAllSelectOrNoSelect(true);
   std::set<std::string> kept;
   for (const SimpleTreeNode* group : model.treeData()->children)
-    kept.insert(group->children.back()->nodeData.name);
+    kept.insert(group->children.back()->nodeData.name());
   model.doRemoveDuplicateAction();
   EXPECT_FALSE(model.isCanClick());
   model.toggle(*model.treeData()->children[0]);  // refused while removing
@@ -304,8 +305,8 @@ TEST_F(DuplicateModelTest, ACopyStaysWhenNoOtherOneHoldsItsBytesAnyMore) {
     search(page, own.path());
     SimpleTreeNode& group = *page.treeData()->children[0];
     page.toggle(group);
-    const std::string ticked = group.children[0]->nodeData.name;
-    const std::string kept = group.children[1]->nodeData.name;
+    const std::string ticked = group.children[0]->nodeData.name();
+    const std::string kept = group.children[1]->nodeData.name();
     each.change(ticked, kept);
     const bool wasThere = exists(ticked);
     remove(page);
@@ -314,8 +315,23 @@ TEST_F(DuplicateModelTest, ACopyStaysWhenNoOtherOneHoldsItsBytesAnyMore) {
     EXPECT_EQ(page.failures()[0].path, ticked) << each.name;
     EXPECT_EQ(page.failures()[0].reason, each.reason) << each.name;
     EXPECT_EQ(page.selectedCount(), 1U) << each.name;
-    EXPECT_EQ(page.removeWarning(), "Some files that require admin access can't be removed!");
+    EXPECT_EQ(page.removeWarning(),
+              "Some files were left alone, because it was not safe to remove them");
   }
+}
+
+TEST_F(DuplicateModelTest, WhatTheSystemRefusesStaysTickedAndIsBlamedOnRights) {
+  makeThreeGroups();
+  search(model, folder.path());
+  SimpleTreeNode& group = *groupWith(model, folder / "p.JPG");
+  model.toggle(group);
+  const std::string ticked = group.children[0]->nodeData.name();
+  if (!test::setImmutable(ticked, true)) GTEST_SKIP() << "because nothing can be made immutable";
+  remove(model);
+  test::setImmutable(ticked, false);
+  EXPECT_EQ(model.removeWarning(), "Some files that require admin access can't be removed!");
+  EXPECT_EQ(model.selectedCount(), 1U);
+  EXPECT_TRUE(exists(ticked));
 }
 
 TEST_F(DuplicateModelTest, TheLastCopyStaysEvenWhenAllAreTicked) {
@@ -325,7 +341,7 @@ TEST_F(DuplicateModelTest, TheLastCopyStaysEvenWhenAllAreTicked) {
   SimpleTreeNode& group = *groupWith(model, folder / "a.txt");
   for (SimpleTreeNode* leaf : group.children)
     model.toggle(*leaf);
-  const std::string last = group.children.back()->nodeData.name;
+  const std::string last = group.children.back()->nodeData.name();
   remove(model);
   EXPECT_EQ(model.removedPaths().size(), 2U);
   ASSERT_EQ(model.failures().size(), 1U);
@@ -366,7 +382,7 @@ TEST_F(DuplicateModelTest, ALinkedFolderGivesNamesThatAreNeverRemoved) {
   for (SimpleTreeNode* leaf : model.treeData()->children[0]->children) {
     DuplicateModel page;
     search(page, folder.path());
-    page.toggle(*leafAt(page, leaf->nodeData.name));
+    page.toggle(*leafAt(page, leaf->nodeData.name()));
     remove(page);
     EXPECT_EQ(page.failures().size(), 1U);
   }
@@ -387,8 +403,8 @@ TEST_F(DuplicateModelTest, ABundleGoesOnlyWhileAnotherOneHoldsEverythingInIt) {
   EXPECT_EQ(group.nodeData.fileType, kOtherTypes);
   EXPECT_EQ(group.nodeData.extendName(), "APP");
   model.toggle(group);
-  const std::string ticked = group.children[0]->nodeData.name;
-  const std::string kept = group.children[1]->nodeData.name;
+  const std::string ticked = group.children[0]->nodeData.name();
+  const std::string kept = group.children[1]->nodeData.name();
 
   folder.file(lastPathComponent(kept) + "/Contents/data", "e");
   remove(model);
@@ -480,13 +496,13 @@ TEST(DuplicateModelScale, AHundredThousandGroupsSortAtOnce) {
   for (int i = 0; i < 100'000; ++i) {
     SimpleTreeNode::Children leaves;
     for (int copy = 0; copy < 2; ++copy) {
-      auto data =
-          SimpleNodeData::leafDataWithName(fmt::format("/d{}/f{}", copy, i * 7919 % 100'000));
+      auto data = SimpleNodeData::leafDataWithName(
+          tree.keep(fmt::format("/d{}/f{}", copy, i * 7919 % 100'000)));
       data.fileSize = static_cast<std::uint64_t>(i % 977);
-      leaves.push_back(tree.make(std::move(data)));
+      leaves.push_back(tree.make(data));
     }
-    tree.root().children.push_back(
-        tree.make(SimpleNodeData::groupDataWithName(fmt::format("f{}", i)), std::move(leaves)));
+    tree.root().children.push_back(tree.make(
+        SimpleNodeData::groupDataWithName(tree.keep(fmt::format("f{}", i))), std::move(leaves)));
   }
   const auto before = std::chrono::steady_clock::now();
   tree.root().decendingSortName();
@@ -494,7 +510,7 @@ TEST(DuplicateModelScale, AHundredThousandGroupsSortAtOnce) {
   tree.root().acendingSortDate();
   const auto took = std::chrono::steady_clock::now() - before;
   EXPECT_LT(took, std::chrono::seconds(20));  // a square would take minutes
-  EXPECT_EQ(tree.root().children[0]->children[0]->nodeData.name.substr(0, 3), "/d1");
+  EXPECT_EQ(tree.root().children[0]->children[0]->nodeData.name().substr(0, 3), "/d1");
 }
 
 }  // namespace

@@ -68,8 +68,60 @@ std::string difference(const std::string& root, bool hidden, std::uint64_t limit
   std::vector<fileAttrbItem> copies;
   find.getAllDuplicateFile(copies);
   if (plain(copies) != expected.copies) return "copies";
-  if (paths(find.getAllAppDuplicateDir()) != expected.bundleGroups) return "bundle groups";
+  if (paths(find.appDuplicateDirs()) != expected.bundleGroups) return "bundle groups";
   return find.getProgress() == (expected.candidates.empty() ? 50U : 100U) ? "" : "progress";
+}
+
+// The same for the search's single steps, which take the candidates one after the other.
+std::string differenceOfSteps(const std::string& root, const PlainSearch& expected) {
+  getFileList list;
+  Paths all;
+  list.getDirectoryAtPath(root, all);
+  Paths bundles;
+  std::vector<fileAttrbItem> listed;
+  Paths ignored;
+  list.getListAtPath(root, listed, ignored, 0);
+  algorithm::FileArray candidates;
+  for (const std::string& path : all) {
+    if (getFileList::getAppDirectory(path, bundles, 0)) continue;
+    const auto record = std::find_if(listed.begin(), listed.end(),
+                                     [&](const auto& item) { return item.filePathName == path; });
+    if (record != listed.end()) candidates.push_back(std::make_shared<fileAttrbItem>(*record));
+  }
+  if (candidates.size() != expected.candidates.size()) return "candidates";
+  if (bundles != expected.bundles) return "bundles";
+
+  algorithm reader;
+  std::vector<fileAttrbItem> copies;
+  while (!candidates.empty()) {
+    const auto item = candidates.front();
+    candidates.erase(candidates.begin());
+    algorithm::FileArray group;
+    reader.getDuplicateFile(item, candidates, group);
+    for (const auto& copy : group) {
+      copies.push_back(*copy);
+      std::erase(candidates, copy);
+    }
+  }
+  if (plain(copies) != expected.copies) return "copies";
+
+  AppGroup left;
+  for (const std::string& path : bundles) {
+    const auto bundle = std::make_shared<AppAttrbItem>();
+    bundle->DirectoryPathName = path;
+    if (FindDuplicateApp::getAllFilePathName(path, *bundle, false)) left.push_back(bundle);
+  }
+  std::vector<AppGroup> groups;
+  while (!left.empty()) {
+    const auto item = left.front();
+    left.erase(left.begin());
+    AppGroup group;
+    if (!FindDuplicateApp::getDuplicateAppDirInArray(left, item, group)) continue;
+    for (const auto& bundle : group)
+      std::erase(left, bundle);
+    groups.push_back(std::move(group));
+  }
+  return paths(groups) == expected.bundleGroups ? "" : "bundle groups";
 }
 
 struct Seen {
@@ -85,6 +137,7 @@ TEST(DuplicateSearch, FindsExactlyWhatTheProcedureFindsInRandomTrees) {
     ASSERT_EQ(difference(folder.path(), seed % 3 != 0, seed % 5 == 0 ? 39 : 0), "") << seed;
     PlainSearch found;
     found.run(folder.path());
+    ASSERT_EQ(differenceOfSteps(folder.path(), found), "") << seed;
     seen.copies += found.copies.size();
     seen.bundleGroups += found.bundleGroups.size();
   }
@@ -136,10 +189,10 @@ TEST(DuplicateSearch, TreeNamesEachGroupAfterItsKeptCopy) {
   }
   const SimpleTreeNode& group = *tree->root().children[0];
   ASSERT_EQ(group.numberOfChildren(), 3U);
-  EXPECT_EQ(group.children[0]->nodeData.name, order[2]);
-  EXPECT_EQ(group.children[1]->nodeData.name, order[0]);
-  EXPECT_EQ(group.children[2]->nodeData.name, order[1]);
-  EXPECT_EQ(group.nodeData.name, lastPathComponent(order[1]));
+  EXPECT_EQ(group.children[0]->nodeData.name(), order[2]);
+  EXPECT_EQ(group.children[1]->nodeData.name(), order[0]);
+  EXPECT_EQ(group.children[2]->nodeData.name(), order[1]);
+  EXPECT_EQ(group.nodeData.name(), lastPathComponent(order[1]));
   EXPECT_EQ(group.nodeData.extendName(), "txt");
   EXPECT_EQ(group.nodeData.fileSize, 30U);
   EXPECT_EQ(group.showSelectNumStr(), "0/3");
@@ -159,6 +212,23 @@ TEST(DuplicateSearch, WithoutDuplicatesOrFolderThereIsNoTree) {
     EXPECT_FALSE(opt.getDuplicateFiles(tree)) << root;
     EXPECT_EQ(tree, nullptr);
   }
+}
+
+TEST(DuplicateSearch, FoldersAreComparedByTheirNamesOrByTheirBytesToo) {
+  TemporaryFolder folder;
+  for (const char* name : {"one/in/x", "one/y", "two/y", "two/in/x"})
+    folder.file(name, "same bytes");
+  const auto compared = [&] {
+    return std::pair(algorithm::CompareDirectoryWithoutHash(folder / "one", folder / "two"),
+                     algorithm::CompareDirectory(folder / "one", folder / "two"));
+  };
+  EXPECT_EQ(compared(), std::pair(true, true));
+  folder.file("two/in/x", "other byte");
+  EXPECT_EQ(compared(), std::pair(true, false));
+  folder.file("two/z", "");
+  EXPECT_EQ(compared(), std::pair(false, false));
+  EXPECT_TRUE(algorithm::compareWholeFile(folder / "one/y", folder / "one/y"));
+  EXPECT_FALSE(algorithm::compareWholeFile(folder / "one", folder / "two"));
 }
 
 TEST(DuplicateSearch, NeverOpensWhatIsNoRegularFile) {
@@ -187,7 +257,7 @@ TEST(DuplicateSearch, NeverOpensWhatIsNoRegularFile) {
   duplicateFind find;
   find.searchDuplicateFileAtPath(folder.path(), 0);
   EXPECT_EQ(find.duplicateFileCount(), 2U);
-  EXPECT_TRUE(find.getAllAppDuplicateDir().empty());  // what a FIFO would give is not known
+  EXPECT_TRUE(find.appDuplicateDirs().empty());  // what a FIFO would give is not known
 }
 
 TEST(DuplicateSearch, PassesOverFilesThatChangeBetweenListingAndReading) {
@@ -233,7 +303,7 @@ TEST(DuplicateSearch, HardLinksAreGroupedAndMarked) {
   ASSERT_TRUE(opt.getDuplicateFiles(tree));
   ASSERT_EQ(tree->root().children[0]->numberOfChildren(), 3U);
   for (const auto& leaf : tree->root().children[0]->children)
-    EXPECT_EQ(leaf->nodeData.hardLink, leaf->nodeData.name != folder / "c");
+    EXPECT_EQ(leaf->nodeData.hardLink, leaf->nodeData.name() != folder / "c");
 }
 
 TEST(DuplicateSearch, PathsLongerThanTheSystemTakesAtOnceAreSearched) {

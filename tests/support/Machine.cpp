@@ -4,10 +4,12 @@
 
 #include <fcntl.h>
 #include <grp.h>
+#include <linux/capability.h>
 #include <linux/fs.h>
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,7 +20,9 @@ constexpr int kNotAllowed = 254;
 
 }  // namespace
 
-std::string buildTree() { return BRISKO_TEST_BUILD_TREE; }
+std::string buildTree() {
+  return BRISKO_TEST_BUILD_TREE;
+}
 
 bool isRoot() {
   return geteuid() == 0;
@@ -56,6 +60,16 @@ int asUser(uid_t uid, const std::function<int()>& work) {
     }
     return work();
   });
+}
+
+void BoundByModes::set(bool passesOver) {
+  __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+  __user_cap_data_struct data[2] = {};
+  if (syscall(SYS_capget, &header, data) != 0) return;
+  constexpr std::uint32_t kRights = 1U << CAP_DAC_OVERRIDE | 1U << CAP_DAC_READ_SEARCH;
+  data[0].effective &= ~kRights;
+  if (passesOver) data[0].effective |= data[0].permitted & kRights;
+  syscall(SYS_capset, &header, data);
 }
 
 bool setImmutable(const std::string& path, bool immutable) {

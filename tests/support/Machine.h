@@ -27,6 +27,18 @@ int inMountNamespace(const std::function<int()>& work);
 /// The same as the user `uid` without further groups.
 int asUser(uid_t uid, const std::function<int()>& work);
 
+/// As long as it lives, this thread and those it starts are bound by files' modes, root or not.
+class BoundByModes {
+ public:
+  BoundByModes() { set(false); }
+  ~BoundByModes() { set(true); }
+  BoundByModes(const BoundByModes&) = delete;
+  BoundByModes& operator=(const BoundByModes&) = delete;
+
+ private:
+  static void set(bool passesOver);
+};
+
 /// Sets or clears the immutable attribute. False when the file system has none.
 bool setImmutable(const std::string& path, bool immutable);
 

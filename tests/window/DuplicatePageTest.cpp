@@ -5,6 +5,7 @@
 #include "DuplicateViewController.h"
 #include "EntryTable.h"
 #include "ImageCheckBox.h"
+#include "Machine.h"
 #include "PreviewContent.h"
 #include "SegmentBar.h"
 #include "WindowFixture.h"
@@ -183,6 +184,36 @@ TEST_F(DuplicatePage, HeaderSortsTheTreeBothWaysAndMarksTheColumn) {
   clickHeader(DuplicateTreeModel::allSelectNum);
   EXPECT_EQ(header->sortIndicatorSection(), DuplicateTreeModel::FileSize);
   EXPECT_EQ(sizeAt(0), "180.00 KB") << "that column sorts nothing";
+
+  header->setFocus();
+  QTest::keyClick(header, Qt::Key_Right);
+  QTest::keyClick(header, Qt::Key_Space);
+  EXPECT_EQ(header->sortIndicatorSection(), DuplicateTreeModel::FileSize) << "past the mute column";
+  EXPECT_EQ(sizeAt(2), "180.00 KB");
+}
+
+TEST_F(DuplicatePage, OpenGroupsStayOpenWhenSortedOrFiltered) {
+  fill();
+  openPage();
+  search();
+  outline()->collapseAll();
+  outline()->expand(group("p.JPG"));
+  outline()->setCurrentIndex(copy(group("p.JPG"), 1));
+  const QString current = outline()->currentIndex().siblingAtColumn(1).data().toString();
+  for (const int column : {DuplicateTreeModel::FileSize, DuplicateTreeModel::NameColumn}) {
+    clickHeader(column);
+    EXPECT_EQ(outline()->currentIndex().siblingAtColumn(1).data().toString(), current);
+    for (const char* name : {"a.txt", "p.JPG", "x.bin"})
+      EXPECT_EQ(outline()->isExpanded(group(name)), std::string(name) == "p.JPG") << name;
+  }
+  for (const int segment : {1, 5, 0}) {
+    duplicates().segmentSelect(segment);
+    if (segment == 1) {
+      EXPECT_FALSE(outline()->isExpanded(group("a.txt")));
+      continue;
+    }
+    EXPECT_TRUE(outline()->isExpanded(group("p.JPG"))) << segment;
+  }
 }
 
 TEST_F(DuplicatePage, RemovalWaitsForTheConfirmationAndLocksThePages) {
@@ -231,7 +262,7 @@ TEST_F(DuplicatePage, ChangedCopyStaysTickedAndIsListedWithTheReason) {
   search();
   const QModelIndex documents = group("a.txt");
   const std::string changed =
-      static_cast<const DuplicateTreeModel*>(rows())->node(copy(documents, 0))->nodeData.name;
+      static_cast<const DuplicateTreeModel*>(rows())->node(copy(documents, 0))->nodeData.name();
   clickBox(documents);
   root.file("files/" + changed.substr(changed.rfind('/') + 1), "other");
   remove("answer1");
@@ -248,7 +279,7 @@ TEST_F(DuplicatePage, ChangedCopyStaysTickedAndIsListedWithTheReason) {
   });
   poll.start(5);
   ASSERT_TRUE(waitUntil([&] { return !warning.isEmpty(); }));
-  EXPECT_EQ(warning, "Some files that require admin access can't be removed!");
+  EXPECT_EQ(warning, "Some files were left alone, because it was not safe to remove them");
   EXPECT_TRUE(details.startsWith(QString::fromStdString(changed))) << details.toStdString();
   EXPECT_TRUE(exists(changed));
   EXPECT_EQ(model().selectedCount(), 1U);
@@ -275,6 +306,25 @@ TEST_F(DuplicatePage, FolderWithoutDuplicatesSaysSo) {
   EXPECT_TRUE(part("nothingView")->isVisible());
   press("nothingButton");
   EXPECT_TRUE(part("firstView")->isVisible());
+}
+
+TEST_F(DuplicatePage, FoldersLeftOutAreToldAboveTheResults) {
+  fill();
+  openPage();
+  search();
+  EXPECT_TRUE(part("skippedButton")->isHidden());
+  const std::string locked = root / "files/locked";
+  std::filesystem::create_directory(locked);
+  std::filesystem::permissions(locked, std::filesystem::perms::none);
+  press("backHomeButton");
+  {
+    const test::BoundByModes bound;
+    search();
+  }
+  EXPECT_EQ(title("skippedButton"), "1 Folder Left Out");
+  EXPECT_EQ(answering("answer0", [this] { press("skippedButton"); }),
+            "1 folder in it could not be read.");
+  std::filesystem::permissions(locked, std::filesystem::perms::owner_all);
 }
 
 TEST_F(DuplicatePage, StoppedSearchGoesBackToTheStart) {
@@ -381,38 +431,58 @@ TEST(DuplicateOutlineTest, HundredThousandGroupsAreShownAndThinnedOutWithoutAHit
     const std::string name = "file" + std::to_string(i) + ".txt";
     SimpleTreeNode::Children copies;
     for (const char* parent : {"/one/", "/two/"})
-      copies.push_back(made.make(SimpleNodeData::leafDataWithName(parent + name)));
-    made.root().insertChild(made.make(SimpleNodeData::groupDataWithName(name), copies), i);
+      copies.push_back(made.make(SimpleNodeData::leafDataWithName(made.keep(parent + name))));
+    made.root().insertChild(made.make(SimpleNodeData::groupDataWithName(made.keep(name)), copies),
+                            i);
   }
   DuplicateTreeModel model;
   DuplicateOutline outline;
   outline.setTree(&model);
   outline.resize(600, 500);
   outline.show();
-  QElapsedTimer timer;
-  timer.start();
-  model.reloadData(&made.root());
-  outline.expand(model.index(0, 0));
-  outline.grab();
-  RecordProperty("shown_ms", static_cast<int>(timer.restart()));
-  outline.scrollToBottom();
-  outline.grab();
-  RecordProperty("scrolled_ms", static_cast<int>(timer.restart()));
+  // The thread's own time, whatever else the machine does. Each step is what one turn of the event
+  // loop has to do; painting is another.
+  const auto milliseconds = [] {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+  };
+  const auto record = [&](const char* step, const auto& work) {
+    const double before = milliseconds();
+    work();
+    const double took = milliseconds() - before;
+    RecordProperty(step, std::to_string(took));
+    EXPECT_LT(took, 500) << step << ", far above what it takes";
+    outline.grab();
+  };
+  record("shown_ms", [&] {
+    model.reloadData(&made.root());
+    outline.doItemsLayout();
+    outline.expand(model.index(0, 0));
+  });
+  record("scrolled_ms", [&] { outline.scrollToBottom(); });
   const QPersistentModelIndex last(model.index(kGroups - 1, 0));
   outline.setCurrentIndex(last);
-  timer.restart();
-  model.nodesWillLeave();
-  for (SimpleTreeNode* group : made.root().children)
-    group->nodeData.isGone = group->nodeData.name.ends_with("7.txt");
-  std::erase_if(made.root().children,
-                [](const SimpleTreeNode* group) { return group->nodeData.isGone; });
-  model.nodesHaveLeft();
-  outline.grab();
-  const auto thinned = timer.elapsed();
-  RecordProperty("thinned_ms", static_cast<int>(thinned));
+  for (int i = 7; i < kGroups; i += 10)
+    made.root().children[static_cast<std::size_t>(i)]->nodeData.isGone = true;
+  record("thinned_ms", [&] {
+    model.nodesWillMove();
+    std::erase_if(made.root().children,
+                  [](const SimpleTreeNode* group) { return group->nodeData.isGone; });
+    model.nodesHaveMoved();
+    outline.doItemsLayout();
+  });
   EXPECT_EQ(last.row(), kGroups * 9 / 10 - 1) << "the highlighted row is the same one still";
   EXPECT_TRUE(outline.isExpanded(model.index(0, 0)));
-  EXPECT_LT(thinned, 1000) << "far above what it takes";
+  record("sorted_ms", [&] {
+    model.nodesWillMove();
+    made.root().decendingSortName();
+    model.nodesHaveMoved();
+    outline.doItemsLayout();
+  });
+  EXPECT_EQ(model.node(last)->nodeData.name(), "file99999.txt");
+  EXPECT_EQ(last.row(), 0) << "sorting takes the highlighted row along";
+  EXPECT_EQ(outline.currentIndex(), QModelIndex(last));
 }
 
 }  // namespace

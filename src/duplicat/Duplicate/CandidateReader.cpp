@@ -77,40 +77,51 @@ int CandidateReader::openByPath(const Candidate& candidate) {
   return enterFolder(*candidate.folder) ? openAt(folder_.get(), candidate.name) : -1;
 }
 
-bool CandidateReader::open(const Candidate& candidate, bool manyInFolder) {
-  error_ = 0;
-  if (candidate.isLink) {
-    error_ = ELOOP;
-    return false;
-  }
+bool CandidateReader::openUnchecked(const Candidate& candidate, bool manyInFolder) {
+  error_ = candidate.isLink ? ELOOP : 0;
+  if (candidate.isLink) return false;
   const bool inFolder =
       (manyInFolder || openFolder_ == candidate.folder) && enterFolder(*candidate.folder);
   file_.reset(inFolder ? openAt(folder_.get(), candidate.name) : openByPath(candidate));
-  if (!file_) {
-    error_ = errno;
-    return false;
-  }
-  struct stat status;
-  if (fstat(file_.get(), &status) != 0 || !isTheListed(candidate, status)) {
-    file_.reset();
-    return false;
-  }
-  return true;
+  if (!file_) error_ = errno;
+  return static_cast<bool>(file_);
 }
 
-std::span<const unsigned char> CandidateReader::read(std::uint64_t offset, std::size_t length) {
+bool CandidateReader::open(const Candidate& candidate, bool manyInFolder) {
+  if (!openUnchecked(candidate, manyInFolder)) return false;
+  struct stat status;
+  if (fstat(file_.get(), &status) == 0 && isTheListed(candidate, status)) return true;
+  file_.reset();
+  return false;
+}
+
+// How many of the `length` bytes at `offset` there are.
+std::size_t CandidateReader::fill(std::uint64_t offset, std::size_t length) {
   std::size_t got = 0;
   while (got < length) {
     const ssize_t count =
         pread(file_.get(), buffer_.get() + got, length - got, static_cast<off_t>(offset + got));
     if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) {
-      error_ = count < 0 ? errno : 0;
-      return {};
-    }
+    if (count < 0) error_ = errno;
+    if (count <= 0) break;
     got += static_cast<std::size_t>(count);
   }
-  return {buffer_.get(), got};
+  return got;
+}
+
+std::span<const unsigned char> CandidateReader::read(std::uint64_t offset, std::size_t length) {
+  if (fill(offset, length) != length) return {};
+  return {buffer_.get(), length};
+}
+
+std::span<const unsigned char> CandidateReader::readWhole(const Candidate& candidate,
+                                                          bool manyInFolder) {
+  if (!openUnchecked(candidate, manyInFolder)) return {};
+  const auto length = static_cast<std::size_t>(candidate.fileSize);
+  const std::size_t got = fill(0, length + 1);
+  file_.reset();
+  if (got != length) return {};
+  return {buffer_.get(), length};
 }
 
 bool CandidateReader::digest(std::uint64_t from, std::uint64_t to, const std::atomic<bool>& stop,

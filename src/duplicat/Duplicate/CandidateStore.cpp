@@ -8,22 +8,21 @@ namespace {
 // Fills `path` from the end of the chain to its start, so that it is allocated once.
 void fill(const CandidateFolder* folder, std::string& path, std::size_t behind) {
   std::size_t length = 0;
-  for (const CandidateFolder* at = folder; at != nullptr; at = at->parent)
-    length += std::strlen(at->name) + 1;
-  // The root "/" brings its own separator.
   const CandidateFolder* root = folder;
-  while (root->parent != nullptr)
-    root = root->parent;
-  const bool slashRoot = std::strcmp(root->name, "/") == 0;
+  for (const CandidateFolder* at = folder; at != nullptr; at = at->parent) {
+    length += at->nameLength + 1;
+    root = at;
+  }
+  // The root "/" brings its own separator.
+  const bool slashRoot = root->nameLength == 1 && root->name[0] == '/';
   if (slashRoot) --length;
   path.resize(length + behind, '/');
   std::size_t end = length;
   for (const CandidateFolder* at = folder; at != nullptr; at = at->parent) {
     if (at == root && slashRoot) break;
-    const std::size_t size = std::strlen(at->name);
     path[end - 1] = '/';
-    std::memcpy(path.data() + end - 1 - size, at->name, size);
-    end -= size + 1;
+    std::memcpy(path.data() + end - 1 - at->nameLength, at->name, at->nameLength);
+    end -= at->nameLength + 1;
   }
 }
 
@@ -38,6 +37,11 @@ const char* CandidateArena::keep(std::string_view name) {
 
 CandidateFolder* CandidateArena::make(const CandidateFolder& folder) {
   return new (names_.take(sizeof folder, alignof(CandidateFolder))) CandidateFolder(folder);
+}
+
+CandidateFolder* CandidateArena::makeFolder(const CandidateFolder* parent, std::string_view name,
+                                            std::uint64_t device) {
+  return make(CandidateFolder{parent, keep(name), device, name.size()});
 }
 
 Candidate* CandidateArena::make(const Candidate& candidate) {
@@ -61,12 +65,15 @@ std::string CandidateStore::path(const CandidateFolder& folder) {
   return path;
 }
 
-std::string CandidateStore::path(const Candidate& candidate) {
+std::string CandidateStore::path(const CandidateFolder& folder, std::string_view name) {
   std::string path;
-  const std::size_t size = std::strlen(candidate.name);
-  fill(candidate.folder, path, size);
-  std::memcpy(path.data() + path.size() - size, candidate.name, size);
+  fill(&folder, path, name.size());
+  name.copy(path.data() + path.size() - name.size(), name.size());
   return path;
+}
+
+std::string CandidateStore::path(const Candidate& candidate) {
+  return path(*candidate.folder, candidate.name);
 }
 
 FileIdentity CandidateStore::identity(const Candidate& candidate) {

@@ -17,6 +17,7 @@ struct CandidateFolder {
   const CandidateFolder* parent = nullptr;  ///< null for the folder searched
   const char* name = "";                    ///< the whole path of the folder searched
   std::uint64_t device = 0;
+  std::size_t nameLength = 0;
 };
 
 /// One candidate, in 64 bytes and its name: a search may hold millions, of which few come out.
@@ -30,9 +31,7 @@ struct Candidate {
   std::uint64_t md5 = 0;  ///< the running value until the whole content is read
   std::uint64_t md5_1k = 0;
   std::uint32_t modificationNanoseconds = 0;
-  bool isLink = false;        ///< a link directly in the folder searched; never opened
-  bool isIncomplete = false;  ///< the piece asked for last could not be read
-  bool isCounted = false;     ///< counts as decided in the progress
+  bool isLink = false;  ///< a link directly in the folder searched; never opened
 };
 static_assert(sizeof(Candidate) == 64);
 
@@ -41,6 +40,8 @@ class CandidateArena {
  public:
   const char* keep(std::string_view name);
   CandidateFolder* make(const CandidateFolder& folder);
+  CandidateFolder* makeFolder(const CandidateFolder* parent, std::string_view name,
+                              std::uint64_t device);
   Candidate* make(const Candidate& candidate);
 
   void dropCandidates() { candidates_ = {}; }
@@ -56,10 +57,11 @@ struct CandidateStore {
   std::vector<CandidateArena> arenas;  ///< own everything that `inOrder` leads to
 
   /// Forgets all candidates but `kept`, of which it returns copies, in this order. Folders and
-  /// names stay.
+  /// names stay, in `arenas`.
   std::deque<Candidate> keepOnly(const std::vector<Candidate*>& kept);
 
   static std::string path(const CandidateFolder& folder);
+  static std::string path(const CandidateFolder& folder, std::string_view name);
   static std::string path(const Candidate& candidate);
   static FileIdentity identity(const Candidate& candidate);
   static fileAttrbItem record(const Candidate& candidate);

@@ -67,6 +67,7 @@ struct CandidateWalk::Worker {
   std::deque<Folder> folders;  ///< owned here and not by each other: a tree may be very deep
   CatalogBatch batch;
   std::vector<Task> found;
+  std::size_t candidates = 0;
 };
 
 CandidateWalk::CandidateWalk(getFileList& owner, CandidateStore& store, std::uint64_t limit)
@@ -101,9 +102,7 @@ bool CandidateWalk::listTopLevel(const std::string& path) {
   workers_.push_back(std::make_unique<Worker>());
   Worker& worker = *workers_.back();
   root_ = &worker.folders.emplace_back();
-  root_->facts = worker.arena.make(CandidateFolder{});
-  root_->facts->name = worker.arena.keep(path);
-  root_->facts->device = handle->self().device;
+  root_->facts = worker.arena.makeFolder(nullptr, path, handle->self().device);
   owner_.currentPath_.set(path);
   while (handle->read(worker.batch, 0)) {
     examineTopLevel(worker, *root_, handle, root_->newSegment(), worker.batch);
@@ -302,6 +301,7 @@ void CandidateWalk::addFile(Worker& worker, Folder& folder, Segment& segment,
   made.modificationNanoseconds = static_cast<std::uint32_t>(item.modificationNanoseconds);
   made.isLink = item.kind == FileKind::symbolicLink;
   Candidate* candidate = worker.arena.make(made);
+  ++worker.candidates;
   auto& items = segment.items;
   const bool continues = !items.empty() && items.back().folder == nullptr &&
                          items.back().first + items.back().count == candidate;
@@ -324,7 +324,7 @@ const CandidateFolder* CandidateWalk::folderOnDevice(Worker& worker, const Candi
 CandidateWalk::Folder& CandidateWalk::newFolder(Worker& worker, const Folder& parent,
                                                 Segment& segment, std::string_view name) {
   Folder& made = worker.folders.emplace_back();
-  made.facts = worker.arena.make(CandidateFolder{parent.facts, worker.arena.keep(name), 0});
+  made.facts = worker.arena.makeFolder(parent.facts, name, 0);
   segment.items.push_back({nullptr, 0, &made});
   return made;
 }
@@ -385,6 +385,10 @@ void CandidateWalk::collect(std::vector<std::string>& bundles) {
     std::size_t segment;
     std::size_t item;
   };
+  std::size_t count = 0;
+  for (const auto& worker : workers_)
+    count += worker->candidates;
+  store_.inOrder.reserve(count);
   std::vector<Place> places{{root_, 0, 0}};
   while (!places.empty()) {
     Place& place = places.back();

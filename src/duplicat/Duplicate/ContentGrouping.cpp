@@ -1,9 +1,12 @@
 #include "ContentGrouping.h"
 
+#include "RadixSort.h"
 #include "SystemLog.h"
 #include "crc.h"
 
 #include <algorithm>
+#include <bit>
+#include <numeric>
 #include <utility>
 
 namespace brisko {
@@ -18,17 +21,21 @@ constexpr std::uint64_t kStreamed = std::uint64_t{1} << 20;
 constexpr unsigned kStreams = 4;
 constexpr std::uint64_t kGrowth = 16;
 
+bool isOneFile(const Candidate& a, const Candidate& b) {
+  return a.inode == b.inode && a.folder->device == b.folder->device && a.fileSize == b.fileSize &&
+         !a.isLink && !b.isLink;
+}
+
 }  // namespace
 
 // Which files to read, and which are the same file under another name.
 struct ContentGrouping::ReadPlan {
-  struct Task {
-    std::uint64_t place;  // ascending on the disk, or descending in length
-    std::uint64_t inode;
-    std::uint32_t index;  // in live_
-  };
-  std::vector<Task> tasks;
+  // In the order of reading: the place in live_, below what it was sorted by. Eight bytes each,
+  // because all candidates may be in it.
+  std::vector<std::uint64_t> tasks;
   std::vector<std::pair<std::uint32_t, std::uint32_t>> sameFile;  // other name, name that is read
+
+  std::uint32_t index(std::size_t at) const { return static_cast<std::uint32_t>(tasks[at]); }
 };
 
 ContentGrouping::ContentGrouping(CandidateStore& store, const std::atomic<bool>& stop,
@@ -49,31 +56,25 @@ std::vector<Candidate*> ContentGrouping::run() {
   }
   std::vector<Candidate*> copies = inGroupOrder();
   restOfBuffer_.complete(copies);
-  if (!stop_) {
-    for (Candidate* candidate : store_.inOrder)
-      countOut(*candidate);
-  }
+  if (!stop_) progress_.decideAll();
   return copies;
 }
 
-void ContentGrouping::countOut(Candidate& candidate) {
-  if (std::exchange(candidate.isCounted, true)) return;
+void ContentGrouping::countOut(Member& member) {
+  if (member.isCounted != 0) return;
+  member.isCounted = 1;
   progress_.decide();
 }
 
 void ContentGrouping::splitBySize() {
-  live_.reserve(store_.inOrder.size());
-  for (std::uint32_t i = 0; i < store_.inOrder.size(); ++i)
-    live_.push_back({0, i, 0});
-  refine([](const Candidate& candidate) { return candidate.fileSize; });
-  live_.shrink_to_fit();
-}
-
-template <typename Key>
-void ContentGrouping::refine(Key key) {
-  for (Member& member : live_)
-    member.key = key(candidate(member));
+  live_.resize(store_.inOrder.size());
+  for (std::uint32_t i = 0; i < live_.size(); ++i) {
+    live_[i].order = i;
+    live_[i].key = store_.inOrder[i]->fileSize;
+  }
+  radixSort(live_, [](const Member& member) { return member.key; });
   refineByKeys();
+  live_.shrink_to_fit();
 }
 
 // Splits each class by its members' keys; what is alone then, or incomplete, drops out.
@@ -86,15 +87,15 @@ void ContentGrouping::refineByKeys() {
     const std::uint32_t id = first->classId;
     auto last = std::find_if(first, live_.end(), [id](const Member& m) { return m.classId != id; });
     const auto complete =
-        std::partition(first, last, [this](const Member& m) { return !candidate(m).isIncomplete; });
-    std::for_each(complete, last, [this](const Member& m) { countOut(candidate(m)); });
+        std::partition(first, last, [](const Member& m) { return m.isIncomplete == 0; });
+    std::for_each(complete, last, [this](Member& m) { countOut(m); });
     // All of one size, or with one first piece, is what large classes often are.
     if (!std::is_sorted(first, complete, isBefore)) std::sort(first, complete, isBefore);
     for (auto run = first; run != complete;) {
       const auto end = std::find_if(run, complete,
                                     [value = run->key](const Member& m) { return m.key != value; });
       if (end - run == 1) {
-        countOut(candidate(*run));
+        countOut(*run);
       } else {
         std::for_each(run, end, [this](Member& m) { m.classId = nextClassId_; });
         ++nextClassId_;
@@ -108,103 +109,135 @@ void ContentGrouping::refineByKeys() {
 }
 
 void ContentGrouping::takeFinished(std::uint64_t readTo) {
-  const auto isFinished = [&](const Member& m) { return candidate(m).fileSize <= readTo; };
-  const auto rest = std::stable_partition(live_.begin(), live_.end(),
-                                          [&](const Member& m) { return !isFinished(m); });
-  finished_.insert(finished_.end(), rest, live_.end());
-  live_.erase(rest, live_.end());
+  auto kept = live_.begin();
+  for (auto first = live_.begin(), last = first; first != live_.end(); first = last) {
+    last = std::find_if(first, live_.end(),
+                        [id = first->classId](const Member& m) { return m.classId != id; });
+    // Files of one class have one size.
+    if (candidate(*first).fileSize <= readTo) {
+      finished_.insert(finished_.end(), first, last);
+    } else {
+      kept = std::move(first, last, kept);
+    }
+  }
+  live_.erase(kept, live_.end());
 }
 
-ContentGrouping::ReadPlan ContentGrouping::planReading(std::uint64_t from) const {
+// Sorts what is to be read by `place`; what comes out equal keeps its order. Of places that lie
+// further apart than 32 bits can tell, the lowest bits do not count.
+template <typename Place>
+void ContentGrouping::sortTasks(std::vector<std::uint64_t>& tasks, Place place) {
+  std::uint64_t lowest = ~std::uint64_t{0};
+  std::uint64_t highest = 0;
+  for (Member& member : live_) {
+    member.key = place(candidate(member));
+    lowest = std::min(lowest, member.key);
+    highest = std::max(highest, member.key);
+  }
+  const int width = lowest > highest ? 0 : std::bit_width(highest - lowest);
+  const int unused = std::max(0, width - 32);
+  for (std::uint64_t& task : tasks) {
+    const auto index = static_cast<std::uint32_t>(task);
+    task = (live_[index].key - lowest) >> unused << 32 | index;
+  }
+  radixSort(tasks, [](std::uint64_t task) { return task >> 32; });
+}
+
+ContentGrouping::ReadPlan ContentGrouping::planReading(std::uint64_t from) {
   ReadPlan plan;
-  plan.tasks.reserve(live_.size());
-  for (std::uint32_t i = 0; i < live_.size(); ++i) {
-    const Candidate& file = candidate(live_[i]);
-    const std::uint64_t place = from < kStreamed ? file.inode : ~file.fileSize;
-    plan.tasks.push_back({place, file.inode, i});
+  plan.tasks.resize(live_.size());
+  std::iota(plan.tasks.begin(), plan.tasks.end(), std::uint64_t{0});
+  sortTasks(plan.tasks, [](const Candidate& file) { return file.inode; });
+  if (from >= kStreamed) {
+    sortTasks(plan.tasks, [](const Candidate& file) { return ~file.fileSize; });
   }
-  std::sort(plan.tasks.begin(), plan.tasks.end(),
-            [](const ReadPlan::Task& a, const ReadPlan::Task& b) {
-              return a.place != b.place ? a.place < b.place : a.inode < b.inode;
-            });
-  auto kept = plan.tasks.begin();
-  for (const ReadPlan::Task& task : plan.tasks) {
-    if (kept != plan.tasks.begin()) {
-      const Candidate& read = candidate(live_[(kept - 1)->index]);
-      const Candidate& file = candidate(live_[task.index]);
-      if (read.inode == file.inode && read.folder->device == file.folder->device &&
-          read.fileSize == file.fileSize && !read.isLink && !file.isLink) {
-        plan.sameFile.emplace_back(task.index, (kept - 1)->index);
-        continue;
-      }
+  std::size_t kept = 0;
+  for (std::size_t at = 0; at < plan.tasks.size(); ++at) {
+    if (kept > 0 && plan.tasks[kept - 1] >> 32 == plan.tasks[at] >> 32 &&
+        isOneFile(candidate(live_[plan.index(kept - 1)]), candidate(live_[plan.index(at)]))) {
+      plan.sameFile.emplace_back(plan.index(at), plan.index(kept - 1));
+    } else {
+      plan.tasks[kept++] = plan.tasks[at];
     }
-    *kept++ = task;
   }
-  plan.tasks.erase(kept, plan.tasks.end());
+  plan.tasks.resize(kept);
   return plan;
 }
 
-// Opens each live file and has `work(reader, member)` read what it needs; false, or a stop, leaves
-// the candidate incomplete.
+// Has `work(reader, member, manyInFolder)` open each live file and read what it needs; false, or a
+// stop, leaves the candidate incomplete.
 template <typename Work>
 void ContentGrouping::readAll(std::uint64_t from, std::size_t bufferSize, Work work) {
   if (live_.empty()) return;
   const ReadPlan plan = planReading(from);
   const bool isStreamed = from >= kStreamed;
   const std::size_t atATime = isStreamed ? 1 : 16;
-  for (const Member& member : live_)
-    candidate(member).isIncomplete = true;
+  for (Member& member : live_)
+    member.isIncomplete = 1;
   std::atomic<std::size_t> next = 0;
   const auto readOne = [&](CandidateReader& reader, std::size_t at) {
-    Member& member = live_[plan.tasks[at].index];
+    Member& member = live_[plan.index(at)];
     Candidate& file = candidate(member);
-    const bool manyInFolder = at + 1 < plan.tasks.size() &&
-                              candidate(live_[plan.tasks[at + 1].index]).folder == file.folder;
-    const bool isRead = reader.open(file, manyInFolder) && work(reader, member);
+    const bool manyInFolder =
+        at + 1 < plan.tasks.size() && candidate(live_[plan.index(at + 1)]).folder == file.folder;
+    const bool isRead = work(reader, member, manyInFolder);
     reader.close();
-    file.isIncomplete = !isRead;
-    if (!isRead && !stop_) SystemLog::line("open file failed:{}", CandidateStore::path(file));
+    member.isIncomplete = isRead ? 0 : 1;
+  };
+  const auto body = [&](ReaderCrew::Member& thread) {
+    CandidateReader reader(bufferSize);
+    for (std::size_t at = next.fetch_add(atATime); at < plan.tasks.size() && !stop_;
+         at = next.fetch_add(atATime)) {
+      currentPath_.offer([&] { return CandidateStore::path(candidate(live_[plan.index(at)])); });
+      const std::size_t end = std::min(at + atATime, plan.tasks.size());
+      for (std::size_t i = at; i < end && !stop_; ++i) {
+        readOne(reader, i);
+        thread.unitDone();
+      }
+    }
   };
   ReaderCrew crew;
   crew.run((plan.tasks.size() + atATime - 1) / atATime,
-           isStreamed ? kStreams : ReaderCrew::kMaximum, [&](ReaderCrew::Member& thread) {
-             CandidateReader reader(bufferSize);
-             for (std::size_t at = next.fetch_add(atATime); at < plan.tasks.size() && !stop_;
-                  at = next.fetch_add(atATime)) {
-               currentPath_.offer(
-                   [&] { return CandidateStore::path(candidate(live_[plan.tasks[at].index])); });
-               const std::size_t end = std::min(at + atATime, plan.tasks.size());
-               for (std::size_t i = at; i < end && !stop_; ++i) {
-                 readOne(reader, i);
-                 thread.unitDone();
-               }
-             }
-           });
+           isStreamed ? kStreams : ReaderCrew::kMaximum, body, ReaderCrew::Descriptors::own);
+  // Not by the readers, which cannot reach the log.
+  for (std::size_t at = 0; at < plan.tasks.size(); ++at) {
+    const Member& member = live_[plan.index(at)];
+    if (member.isIncomplete == 0 || stop_) continue;
+    SystemLog::line("open file failed:{}", CandidateStore::path(candidate(member)));
+  }
   for (const auto& [other, read] : plan.sameFile) {
     const Candidate& source = candidate(live_[read]);
     Candidate& same = candidate(live_[other]);
     same.md5 = source.md5;
     same.md5_1k = source.md5_1k;
-    same.isIncomplete = source.isIncomplete;
     live_[other].key = live_[read].key;
+    live_[other].isIncomplete = live_[read].isIncomplete;
   }
 }
 
 void ContentGrouping::readFirstPieces() {
-  readAll(0, kFirstPiece, [this](CandidateReader& reader, Member& member) {
+  readAll(0, kFirstPiece + 1, [this](CandidateReader& reader, Member& member, bool manyInFolder) {
     Candidate& file = candidate(member);
-    const std::size_t length = std::min(file.fileSize, kFirstPiece);
-    const auto bytes = reader.read(0, length);
+    const bool isWhole = file.fileSize <= kFirstPiece;
+    std::span<const unsigned char> bytes;
+    if (isWhole) {
+      bytes = reader.readWhole(file, manyInFolder);
+    } else if (reader.open(file, manyInFolder)) {
+      bytes = reader.read(0, kFirstPiece);
+    }
     if (bytes.empty()) return false;
-    const std::size_t head = std::min(length, RestOfBuffer::kLength);
+    const std::size_t head = std::min(bytes.size(), RestOfBuffer::kLength);
     file.md5_1k = crc::update(crc::kStart, bytes.data(), head);
-    file.md5 = crc::update(file.md5_1k, bytes.data() + head, length - head);
-    if (file.fileSize <= kFirstPiece) countOut(file);
+    file.md5 = crc::update(file.md5_1k, bytes.data() + head, bytes.size() - head);
+    member.key = file.md5;
+    if (isWhole) countOut(member);
     return true;
   });
   noteSizeClasses();
-  refine([](const Candidate& file) { return file.md5; });
-  refine([](const Candidate& file) { return file.md5_1k; });
+  refineByKeys();
+  for (Member& member : live_)
+    member.key = candidate(member).md5_1k;
+  refineByKeys();
 }
 
 // A class is read in the turn of its first member that can be read and has another one behind it.
@@ -212,7 +245,7 @@ void ContentGrouping::noteSizeClasses() {
   for (auto first = live_.begin(); first != live_.end();) {
     const auto last = std::find_if(
         first, live_.end(), [id = first->classId](const Member& m) { return m.classId != id; });
-    const auto isRead = [this](const Member& m) { return !candidate(m).isIncomplete; };
+    const auto isRead = [](const Member& m) { return m.isIncomplete == 0; };
     const auto head = std::find_if(first, last - 1, isRead);
     if (head != last - 1) {
       const auto end =
@@ -227,7 +260,8 @@ void ContentGrouping::noteSizeClasses() {
 
 // Of long files that agree so far, many differ at their ends already.
 void ContentGrouping::compareEnds() {
-  readAll(kStreamed, kEndPiece, [this](CandidateReader& reader, Member& member) {
+  readAll(kStreamed, kEndPiece, [this](CandidateReader& reader, Member& member, bool manyInFolder) {
+    if (!reader.open(candidate(member), manyInFolder)) return false;
     const auto bytes = reader.read(candidate(member).fileSize - kEndPiece, kEndPiece);
     member.key = crc::update(crc::kStart, bytes.data(), bytes.size());
     return !bytes.empty();
@@ -236,13 +270,16 @@ void ContentGrouping::compareEnds() {
 }
 
 void ContentGrouping::readOn(std::uint64_t from, std::uint64_t to) {
-  readAll(from, kPieceBuffer, [this, from, to](CandidateReader& reader, Member& member) {
-    Candidate& file = candidate(member);
-    if (!reader.digest(from, std::min(file.fileSize, to), stop_, file.md5)) return false;
-    if (file.fileSize <= to) countOut(file);
-    return true;
-  });
-  refine([](const Candidate& file) { return file.md5; });
+  readAll(from, kPieceBuffer,
+          [this, from, to](CandidateReader& reader, Member& member, bool manyInFolder) {
+            Candidate& file = candidate(member);
+            if (!reader.open(file, manyInFolder)) return false;
+            if (!reader.digest(from, std::min(file.fileSize, to), stop_, file.md5)) return false;
+            member.key = file.md5;
+            if (file.fileSize <= to) countOut(member);
+            return true;
+          });
+  refineByKeys();
 }
 
 std::vector<Candidate*> ContentGrouping::inGroupOrder() {
@@ -253,9 +290,7 @@ std::vector<Candidate*> ContentGrouping::inGroupOrder() {
       ++last;
     classes.emplace_back(first, last);
   }
-  std::sort(classes.begin(), classes.end(), [this](const Span& a, const Span& b) {
-    return finished_[a.first].order < finished_[b.first].order;
-  });
+  radixSort(classes, [this](const Span& each) { return finished_[each.first].order; });
   std::vector<Candidate*> copies;
   copies.reserve(finished_.size());
   for (const auto& [first, last] : classes) {
@@ -263,6 +298,8 @@ std::vector<Candidate*> ContentGrouping::inGroupOrder() {
       copies.push_back(&candidate(finished_[i]));
     copies.push_back(&candidate(finished_[first]));
   }
+  finished_ = {};
+  live_ = {};
   return copies;
 }
 

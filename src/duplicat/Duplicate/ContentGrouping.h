@@ -35,12 +35,16 @@ class ContentGrouping {
   std::vector<Candidate*> run();
 
  private:
-  // One candidate in a class: members of a class stand together in list order.
+  // One candidate in a class: members of a class stand together in list order. What refining asks
+  // for stands here and not in the candidates, which lie scattered in memory by then.
   struct Member {
-    std::uint64_t key;
-    std::uint32_t order;    // in the candidates' list
-    std::uint32_t classId;  // same in a class, different in its neighbours
+    std::uint64_t key = 0;
+    std::uint32_t order = 0;             // in the candidates' list
+    std::uint32_t classId : 30 = 0;      // same in a class, different in its neighbours
+    std::uint32_t isIncomplete : 1 = 0;  // the piece asked for last could not be read
+    std::uint32_t isCounted : 1 = 0;     // counts as decided in the progress
   };
+  static_assert(sizeof(Member) == 16);
 
   struct ReadPlan;
 
@@ -50,14 +54,14 @@ class ContentGrouping {
   void noteSizeClasses();
   void compareEnds();
   void readOn(std::uint64_t from, std::uint64_t to);
-  template <typename Key>
-  void refine(Key key);
   void refineByKeys();
   void takeFinished(std::uint64_t readTo);
-  ReadPlan planReading(std::uint64_t from) const;
+  template <typename Place>
+  void sortTasks(std::vector<std::uint64_t>& tasks, Place place);
+  ReadPlan planReading(std::uint64_t from);
   template <typename Work>
   void readAll(std::uint64_t from, std::size_t bufferSize, Work work);
-  void countOut(Candidate& candidate);
+  void countOut(Member& member);
   std::vector<Candidate*> inGroupOrder();
 
   CandidateStore& store_;

@@ -8,14 +8,6 @@
 namespace brisko {
 namespace {
 
-SimpleNodeData leafData(std::string name, std::uint64_t size, const FileIdentity& identity) {
-  SimpleNodeData data = SimpleNodeData::leafDataWithName(std::move(name));
-  data.fileSize = size;
-  data.device = identity.device;
-  data.inode = identity.inode;
-  return data;
-}
-
 // Marks the leaves of a group that are one file under several names.
 void markHardLinks(SimpleTreeNode::Children leaves) {
   const auto key = [](const SimpleTreeNode* node) {
@@ -36,29 +28,35 @@ class TreeBuilder {
 
   void addBundles(const AppGroup& bundles) {
     for (const auto& bundle : bundles) {
-      SimpleNodeData data =
-          leafData(bundle->DirectoryPathName, bundle->DirectorySize, bundle->identity);
+      SimpleNodeData data = SimpleNodeData::leafDataWithName(tree_.keep(bundle->DirectoryPathName));
+      data.fileSize = bundle->DirectorySize;
+      data.device = bundle->identity.device;
+      data.inode = bundle->identity.inode;
       data.isBundle = true;
-      leaves_.push_back(tree_.make(std::move(data)));
+      leaves_.push_back(tree_.make(data));
     }
-    endGroup(bundles.back()->DirectoryName, true);
+    endGroup(tree_.keep(bundles.back()->DirectoryName), true);
   }
 
-  void addFile(fileAttrbItem& file) {
-    SimpleNodeData data = leafData(std::move(file.filePathName), file.fileSize, file.identity);
-    data.ModificationDate = file.ModificationDate;
-    leaves_.push_back(tree_.make(std::move(data)));
+  void addFile(const Candidate& file) {
+    SimpleNodeData data = SimpleNodeData::leafDataWithName(file.name, file.folder);
+    data.fileSize = file.fileSize;
+    data.device = file.folder->device;
+    data.inode = file.inode;
+    data.ModificationDate = {file.modificationSeconds,
+                             static_cast<std::int32_t>(file.modificationNanoseconds)};
+    leaves_.push_back(tree_.make(data));
   }
 
   bool hasLeaves() const { return !leaves_.empty(); }
 
-  void endGroup(std::string name, bool isBundle) {
-    SimpleNodeData data = SimpleNodeData::groupDataWithName(std::move(name));
+  void endGroup(const char* name, bool isBundle) {
+    SimpleNodeData data = SimpleNodeData::groupDataWithName(name);
     data.isBundle = isBundle;
     for (const SimpleTreeNode* leaf : leaves_)
       data.fileSize += leaf->nodeData.fileSize;
     markHardLinks(leaves_);
-    SimpleTreeNode* group = tree_.make(std::move(data), leaves_);
+    SimpleTreeNode* group = tree_.make(data, leaves_);
     group->nodeParent = &tree_.root();
     tree_.root().children.push_back(group);
     leaves_.clear();
@@ -72,19 +70,18 @@ class TreeBuilder {
 // Files with one digest that follow each other make a group. The first of them is held back until
 // the run ends, and becomes its last leaf.
 void addFiles(duplicateFind& found, TreeBuilder& builder) {
-  fileAttrbItem held;
+  Candidate held;
   if (!found.takeDuplicateFile(held)) return;
   const auto endRun = [&] {
-    std::string name = std::move(held.fileName);
     builder.addFile(held);
-    builder.endGroup(std::move(name), false);
+    builder.endGroup(held.name, false);
   };
-  for (fileAttrbItem file; found.takeDuplicateFile(file);) {
+  for (Candidate file; found.takeDuplicateFile(file);) {
     if (file.md5 == held.md5) {
       builder.addFile(file);
     } else if (builder.hasLeaves()) {
       endRun();
-      held = std::move(file);
+      held = file;
     }
   }
   if (builder.hasLeaves()) endRun();
@@ -145,13 +142,14 @@ std::vector<SkippedFolder> DuplicateFilesOpt::skipped() const {
 bool DuplicateFilesOpt::getDuplicateFiles(std::unique_ptr<DuplicateTree>& tree) {
   const auto find = search();
   if (!find) return false;
-  const auto& bundleGroups = find->getAllAppDuplicateDir();
+  const auto& bundleGroups = find->appDuplicateDirs();
   if (bundleGroups.empty() && find->duplicateFileCount() == 0) return false;
   auto made = std::make_unique<DuplicateTree>();
   TreeBuilder builder(*made);
   for (const AppGroup& bundles : bundleGroups)
     builder.addBundles(bundles);
   addFiles(*find, builder);
+  made->keep(find->takePaths());
   tree = std::move(made);
   return true;
 }

@@ -50,7 +50,6 @@ class DuplicateFilesOpt {
   std::shared_ptr<duplicateFind> m_findDuplicate;
   std::string m_CurrentSearchPath;
   bool stopsAtOnce_ = false;  ///< a stop came before the search had begun
-  std::size_t m_Index = 0;    ///< how many files were handed over before
   DuplicateSearchOption option_;
 };
 

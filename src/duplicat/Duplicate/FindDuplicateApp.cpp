@@ -31,6 +31,11 @@ void forEachInCrew(std::size_t count, const std::atomic<bool>& stop, Work work) 
   });
 }
 
+// Has no digest, and is known all the same.
+bool isEmptyFile(const fileAttrbItem& file) {
+  return file.identity.kind == FileKind::regular && file.fileSize == 0;
+}
+
 bool isFolder(const ListedEntry& entry) {
   if (entry.identity.kind != FileKind::symbolicLink) {
     return entry.identity.kind == FileKind::directory;
@@ -68,7 +73,7 @@ bool FindDuplicateApp::getAllFilePathName(const std::string& path, AppAttrbItem&
   return walk.run(path, stop);
 }
 
-void FindDuplicateApp::InitInputAppDirectory(const std::vector<std::string>& paths) {
+bool FindDuplicateApp::InitInputAppDirectory(const std::vector<std::string>& paths) {
   std::vector<std::shared_ptr<AppAttrbItem>> listed(paths.size());
   forEachInCrew(paths.size(), stop_, [&](std::size_t at) {
     auto item = std::make_shared<AppAttrbItem>();
@@ -80,6 +85,50 @@ void FindDuplicateApp::InitInputAppDirectory(const std::vector<std::string>& pat
   for (auto& item : listed) {
     if (item) m_AllAppItem.push_back({std::move(item)});
   }
+  return true;
+}
+
+bool FindDuplicateApp::getSameSizeDirInArray(const AppGroup& array, const AppAttrbItem& item,
+                                             AppGroup& out) {
+  std::copy_if(array.begin(), array.end(), std::back_inserter(out),
+               [&](const auto& each) { return each->DirectorySize == item.DirectorySize; });
+  return true;
+}
+
+bool FindDuplicateApp::CompareDir(AppAttrbItem& item, AppAttrbItem& other) {
+  if (item.AllFileInDirectory.size() != other.AllFileInDirectory.size()) return false;
+  for (AppAttrbItem* bundle : {&item, &other}) {
+    algorithm reader;
+    for (const auto& file : bundle->AllFileInDirectory)
+      reader.getMD5_1K(*file);
+  }
+  algorithm reader;
+  const auto isRead = [&](fileAttrbItem& file) {
+    return isEmptyFile(file) || reader.getSingleMd5WithData(file);
+  };
+  algorithm::FileArray pool = other.AllFileInDirectory;
+  return std::all_of(
+      item.AllFileInDirectory.begin(), item.AllFileInDirectory.end(), [&](const auto& x) {
+        const auto partner = std::find_if(pool.begin(), pool.end(), [&](const auto& y) {
+          return x->md5_1k == y->md5_1k && x->fileSize == y->fileSize && isRead(*x) && isRead(*y) &&
+                 x->md5 == y->md5;
+        });
+        if (partner == pool.end()) return false;
+        pool.erase(partner);
+        return true;
+      });
+}
+
+bool FindDuplicateApp::getDuplicateAppDirInArray(const AppGroup& array,
+                                                 const std::shared_ptr<AppAttrbItem>& item,
+                                                 AppGroup& out) {
+  AppGroup sameSize;
+  getSameSizeDirInArray(array, *item, sameSize);
+  std::erase_if(sameSize, [&](const auto& other) { return !CompareDir(*item, *other); });
+  if (sameSize.empty()) return false;
+  out.insert(out.end(), sameSize.begin(), sameSize.end());
+  out.push_back(item);
+  return true;
 }
 
 void FindDuplicateApp::examined(std::size_t count) {
@@ -139,8 +188,7 @@ void FindDuplicateApp::digestWhole(const std::vector<std::vector<Bundle*>>& clas
   for (const auto& same : classes) {
     for (Bundle* bundle : same) {
       for (const auto& file : bundle->item->AllFileInDirectory) {
-        const bool isEmpty = file->identity.kind == FileKind::regular && file->fileSize == 0;
-        if (!isEmpty) jobs.push_back({bundle, file.get(), false});
+        if (!isEmptyFile(*file)) jobs.push_back({bundle, file.get(), false});
       }
     }
   }

@@ -38,6 +38,22 @@ class FindDuplicateApp {
   /// ends it with no further group.
   bool FindAppInArray(const std::vector<std::string>& paths, OutArray& out);
 
+  // The steps, for single bundles. Many are compared by sorting them into classes instead, which
+  // comes to the same groups.
+
+  /// Lists the files of the bundles at `paths`; those that cannot be listed are left out. Always
+  /// true.
+  bool InitInputAppDirectory(const std::vector<std::string>& paths);
+  /// Appends those of `array` that have the item's size, in their order. Always true.
+  static bool getSameSizeDirInArray(const AppGroup& array, const AppAttrbItem& item, AppGroup& out);
+  /// Whether the files of both pair up one to one. Fills in digests; what cannot be read pairs with
+  /// nothing.
+  static bool CompareDir(AppAttrbItem& item, AppAttrbItem& other);
+  /// Appends the copies of `item` among `array`, in their order, and then `item` itself. False,
+  /// with nothing appended, when it has none.
+  static bool getDuplicateAppDirInArray(const AppGroup& array,
+                                        const std::shared_ptr<AppAttrbItem>& item, AppGroup& out);
+
   /// Percentage of the bundles that are still to be examined: it counts down to 0.
   std::uint32_t m_Progress() const { return progress_; }
   void setStopSearch(bool stop) { stop_ = stop; }
@@ -53,7 +69,6 @@ class FindDuplicateApp {
     bool isComparable = true;  ///< no file of it failed
   };
 
-  void InitInputAppDirectory(const std::vector<std::string>& paths);
   void splitByFiles(std::vector<std::vector<Bundle*>>& classes, bool byWhole);
   void digestHeads(const std::vector<std::vector<Bundle*>>& classes);
   void digestWhole(const std::vector<std::vector<Bundle*>>& classes);

@@ -41,6 +41,8 @@ void RestOfBuffer::loadFrom(std::size_t begin, Tail& tail) {
 }
 
 void RestOfBuffer::complete(const std::vector<Candidate*>& copies) {
+  const auto isShort = [](const SizeClass& each) { return each.size < kLength; };
+  if (std::none_of(classes_.begin(), classes_.end(), isShort)) return;
   std::vector<std::vector<Candidate*>> ofSize(kLength);
   bool isAny = false;
   for (Candidate* copy : copies) {

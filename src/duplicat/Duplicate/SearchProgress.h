@@ -14,6 +14,8 @@ class SearchProgress {
   }
   void decide(std::uint64_t count = 1) { decided_.fetch_add(count, std::memory_order_relaxed); }
 
+  void decideAll() { decided_ = all_.load(); }
+
   /// 0 to 100, whole; 0 before the start.
   std::uint32_t percentage() const {
     const std::uint64_t all = all_;

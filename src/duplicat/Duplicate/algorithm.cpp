@@ -1,6 +1,5 @@
 #include "algorithm.h"
 
-#include "ListingWalk.h"
 #include "RestOfBuffer.h"
 #include "SystemLog.h"
 #include "crc.h"
@@ -41,17 +40,6 @@ std::string textOfLink(const fileAttrbItem& item) {
   if (length < 0 || static_cast<std::uint64_t>(length) != item.fileSize) return {};
   text.resize(item.fileSize);
   return text;
-}
-
-bool namesBelow(const std::string& path, std::vector<std::string>& names) {
-  const std::atomic<bool> never = false;
-  ListingWalk walk;
-  walk.visit = [&](const ListedEntry& entry) {
-    names.push_back(entry.path.substr(path.size()));
-    return true;
-  };
-  walk.unreadable = [](const std::string&, int) { return false; };
-  return walk.run(path, never);
 }
 
 }  // namespace
@@ -116,13 +104,6 @@ bool algorithm::getMD5(fileAttrbItem& item, const std::atomic<bool>* stop) {
   }
   item.md5 = running;
   return true;
-}
-
-bool algorithm::CompareDirectoryWithoutHash(const std::string& path,
-                                            const std::string& otherDirectory) {
-  std::vector<std::string> names;
-  std::vector<std::string> otherNames;
-  return namesBelow(path, names) && namesBelow(otherDirectory, otherNames) && names == otherNames;
 }
 
 }  // namespace brisko

@@ -37,9 +37,28 @@ class algorithm {
   /// True at once when `md5` is set, else `getMD5`.
   bool getSingleMd5WithData(fileAttrbItem& item) { return item.md5 != 0 || getMD5(item); }
 
-  /// Whether two folders hold the same names below them, all the way down.
+  /// Appends those of `array` that have the record's size, in their order. Always true.
+  static bool findFileWithSize(const FileArray& array, FileArray& outArray,
+                               const fileAttrbItem& findItem);
+  /// Appends those of `array`, all of the record's size, that have both its digests, in their
+  /// order. Digests that are missing are computed: the record's first, of the others the second
+  /// only where the first is the same. False when the record cannot be read; others that cannot
+  /// are passed over.
+  bool findFileWithMd5(const FileArray& array, FileArray& outArray, fileAttrbItem& findItem);
+  /// Appends the copies of `item` among `From`, in their order, and then `item` itself; nothing
+  /// when it has none. False when nothing there has its size or it cannot be read.
+  bool getDuplicateFile(const std::shared_ptr<fileAttrbItem>& item, const FileArray& From,
+                        FileArray& Result);
+
+  /// Whether two folders hold the same names below them, all the way down. False when one cannot be
+  /// read whole.
   static bool CompareDirectoryWithoutHash(const std::string& path,
                                           const std::string& otherDirectory);
+  /// Whether two regular files hold the same bytes at this moment. No link is followed.
+  static bool compareWholeFile(const std::string& path, const std::string& anotherFile);
+  /// Whether two folders hold files of the same bytes under the same names, all the way down. False
+  /// also when anything but files and folders is in them.
+  static bool CompareDirectory(const std::string& path, const std::string& otherDirectory);
 
  private:
   FileDescriptor open(const fileAttrbItem& item, std::string& linkText);

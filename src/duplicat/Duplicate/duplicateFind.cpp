@@ -37,18 +37,18 @@ bool duplicateFind::listCandidates() {
   const bool isListed =
       !m_Stop && list->getListAtPath(m_path, store_, DirectoryArray, m_limittedSize);
   m_CurrentSearchPath.set(list->m_CurrentPath());
-  if (!DirectoryArray.empty() && !m_Stop) getDuplicateApp();
+  if (!DirectoryArray.empty() && !m_Stop) getDuplicateApp(DirectoryArray);
   m_iAppProgress = 100;
   setRunning(m_fileList, std::shared_ptr<getFileList>());
   skipped_ = list->skipped();
   return isListed;
 }
 
-void duplicateFind::getDuplicateApp() {
+void duplicateFind::getDuplicateApp(const std::vector<std::string>& paths) {
   const auto find = std::make_shared<FindDuplicateApp>();
   setRunning(m_findDuplicateApp, find);
   find->setStopSearch(m_Stop);
-  find->FindAppInArray(DirectoryArray, m_allAppArray);
+  find->FindAppInArray(paths, m_allAppArray);
   setRunning(m_findDuplicateApp, std::shared_ptr<FindDuplicateApp>());
 }
 
@@ -82,9 +82,9 @@ void duplicateFind::stopSearch() {
   if (m_findDuplicateApp) m_findDuplicateApp->setStopSearch(true);
 }
 
-bool duplicateFind::takeDuplicateFile(fileAttrbItem& item) {
+bool duplicateFind::takeDuplicateFile(Candidate& file) {
   if (m_newFileArray.empty()) return false;
-  item = CandidateStore::record(m_newFileArray.front());
+  file = m_newFileArray.front();
   m_newFileArray.pop_front();
   return true;
 }

@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace brisko {
@@ -44,11 +45,19 @@ class duplicateFind {
   std::size_t duplicateFileCount() const { return m_newFileArray.size(); }
   /// Moves the first of them out; false when none is left. Memory shrinks on the way, so that a
   /// result can be turned into another form without both being there.
-  bool takeDuplicateFile(fileAttrbItem& item);
+  bool takeDuplicateFile(Candidate& file);
+  /// Hands over what the paths of the duplicate files are made of, when all have been taken.
+  std::vector<CandidateArena> takePaths() { return std::move(store_.arenas); }
 
-  const std::vector<AppGroup>& getAllAppDuplicateDir() const { return m_allAppArray; }
+  const std::vector<AppGroup>& appDuplicateDirs() const { return m_allAppArray; }
+  /// Appends the bundle groups.
+  void getAllAppDuplicateDir(std::vector<AppGroup>& out) const { getNewAppDuplicateDir(out, 0); }
   /// Appends the bundle groups from the given one on; false when there are fewer.
   bool getNewAppDuplicateDir(std::vector<AppGroup>& out, std::size_t fromIndex) const;
+
+  /// Compares the bundles at `paths`, whose groups are then among the results. A step of a search,
+  /// which does it between listing and grouping.
+  void getDuplicateApp(const std::vector<std::string>& paths);
 
   /// Folders that could not be read. To be asked after the search.
   const std::vector<SkippedFolder>& skipped() const { return skipped_; }
@@ -57,7 +66,6 @@ class duplicateFind {
  private:
   bool findDuplicate();
   bool listCandidates();
-  void getDuplicateApp();
   template <typename T>
   void setRunning(std::shared_ptr<T>& member, std::shared_ptr<T> value);
 

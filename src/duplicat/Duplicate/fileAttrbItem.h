@@ -37,7 +37,7 @@ struct fileAttrbItem {
 std::string lastPathComponent(const std::string& path);
 
 /// What follows the last dot of a path's last component, without the dot; empty when there is none,
-/// or when the dot stands first.
-std::string pathExtension(std::string_view path);
+/// or when the dot stands first. A part of `path`.
+std::string_view pathExtension(std::string_view path);
 
 }  // namespace brisko

@@ -45,6 +45,21 @@ class getFileList {
   bool getListAtPath(const std::string& path, CandidateStore& store,
                      std::vector<std::string>& DirectoryArray, std::uint64_t LimittedSize);
 
+  /// The top level in one: appends the paths of everything below the folder, each folder behind its
+  /// contents, from which candidates are chosen. Hidden and system folders of the top level are
+  /// left out as wanted, links there followed. False, with a line, when the folder cannot be
+  /// listed.
+  bool getDirectoryAtPath(const std::string& path, std::vector<std::string>& resultArray);
+  /// The same for what lies below `InPath`, with nothing left out and no link followed. A folder
+  /// that cannot be listed is left out with its contents; false when that is `InPath` itself, or
+  /// after a stop.
+  bool getSubpathsOfDirectoryAtPath(std::vector<std::string>& resultArray,
+                                    const std::string& InPath);
+  /// Whether `path` is or lies in a bundle. The outermost one is appended when it is not in
+  /// `outArray` yet and the item's own size is above `limitSize` bytes.
+  static bool getAppDirectory(const std::string& path, std::vector<std::string>& outArray,
+                              std::uint64_t limitSize);
+
   /// May be called from any thread, before the walk too. It ends before the next folder.
   void stopSearch() { m_bStopSearch = true; }
 
