@@ -169,6 +169,7 @@ TEST(LinuxAtaDrive, FindsTheRegistersInEitherFormOfSenseData) {
   const auto registers = ataRegisters(descriptors);
   ASSERT_TRUE(registers);
   EXPECT_EQ(registers->error, 0x04);
+  EXPECT_EQ(registers->count, 1);
   EXPECT_EQ(registers->lbaMid, 0xF4);
   EXPECT_EQ(registers->lbaHigh, 0x2C);
   EXPECT_EQ(registers->status, 0x50);

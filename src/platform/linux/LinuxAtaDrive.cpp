@@ -17,6 +17,7 @@ constexpr std::uint8_t kFromDevice = 0x08;
 constexpr std::uint8_t kCountedBlocks = 0x04 | 0x02;
 
 constexpr std::uint8_t kIdentifyDevice = 0xEC;
+constexpr std::uint8_t kCheckPowerMode = 0xE5;
 constexpr std::uint8_t kSmart = 0xB0;
 constexpr std::uint8_t kSmartMid = 0x4F;  // every command of the set carries these two
 constexpr std::uint8_t kSmartHigh = 0xC2;
@@ -100,12 +101,12 @@ std::optional<AtaRegisters> ataRegisters(std::span<const std::uint8_t> sense) {
   const std::uint8_t format = sense[0] & 0x7F;
   if (format == 0x70) {  // some bridges answer in the older form
     if (sense.size() < 12) return std::nullopt;
-    return AtaRegisters{sense[3], sense[10], sense[11], sense[4]};
+    return AtaRegisters{sense[3], sense[6], sense[10], sense[11], sense[4]};
   }
   if (format != 0x72) return std::nullopt;
   for (std::size_t at = kHeader; at + 1 < sense.size(); at += 2U + sense[at + 1]) {
     if (sense[at] != 0x09 || at + kDescriptor > sense.size()) continue;
-    return AtaRegisters{sense[at + 3], sense[at + 9], sense[at + 11], sense[at + 13]};
+    return AtaRegisters{sense[at + 3], sense[at + 5], sense[at + 9], sense[at + 11], sense[at + 13]};
   }
   return std::nullopt;
 }
@@ -132,6 +133,9 @@ int LinuxAtaDrive::readHealth(SmartHealth& health) {
 }
 
 int LinuxAtaDrive::readVerdict(bool& failing) {
+  const Answer power =
+      send(device_.get(), {.command = kCheckPowerMode, .wantsRegisters = true}, nullptr);
+  if (power.error == 0 && power.registers && power.registers->count == 0) return EAGAIN;
   const Answer answer =
       send(device_.get(), {.feature = kReturnStatus, .wantsRegisters = true}, nullptr);
   if (answer.error != 0) return answer.error;

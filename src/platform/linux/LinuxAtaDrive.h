@@ -11,6 +11,7 @@ namespace brisko {
 /// Which ATA registers a drive's answer left, as far as commands of the health kind use them.
 struct AtaRegisters {
   std::uint8_t error = 0;
+  std::uint8_t count = 0;
   std::uint8_t lbaMid = 0;
   std::uint8_t lbaHigh = 0;
   std::uint8_t status = 0;
@@ -32,7 +33,8 @@ class LinuxAtaDrive : public SmartInterface {
   int readThresholds(SmartSector& sector) override;
   int readHealth(SmartHealth& health) override;
 
-  /// Whether the drive itself foresees its failure. 0 or an errno.
+  /// Whether the drive itself foresees its failure. 0 or an errno; EAGAIN for a drive that sleeps,
+  /// which is not woken up for it.
   int readVerdict(bool& failing);
 
  private:

@@ -181,7 +181,7 @@ std::vector<LinuxBlockDevice> linuxDisks(const std::string& sysfs, dev_t rootDev
   std::vector<std::pair<Rank, std::size_t>> order;
   for (std::size_t index = 0; index < disks.size(); ++index) {
     const LinuxBlockDevice& disk = disks[index];
-    const int kind = disk.isLoop ? 2 : disk.isVirtual ? 1 : 0;
+    const int kind = disk.isLoop ? 3 : disk.isVirtual ? 2 : disk.isOptical ? 1 : 0;
     order.push_back({{kind, !carries(disks, disk, rootDevice), sortKey(disk.identifier)}, index});
   }
   std::sort(order.begin(), order.end());

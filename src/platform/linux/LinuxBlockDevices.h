@@ -39,7 +39,7 @@ struct LinuxBlockDevice {
 dev_t linuxRootDevice();
 
 /// The disks of the machine: drives first, the one that carries `rootDevice` foremost, the others by
-/// name; then virtual disks; then attached loop devices. Left out are drives without a medium,
+/// name; then discs in optical drives; then virtual disks; then attached loop devices. Left out are drives without a medium,
 /// detached loops, memory disks, paths that a multipath drive hides, and the images of packaged
 /// applications. `sysfs` is where that is mounted. Nothing is opened but optical drives (for the
 /// question whether a disc is in).

@@ -19,7 +19,7 @@ std::string mountPoint(const Device& device);
 /// Whether it can be taken away: removable or external, and not what the system runs from.
 bool isEjectable(const Inventory& inventory, const Device& device);
 /// "Verified", "Failing" or "Not Supported"; empty when that cannot be found out (mostly for want of
-/// permission). Asks the drive.
+/// permission, or because the drive sleeps). Asks the drive.
 std::string smartStatus(const Inventory& inventory, const Device& device);
 
 /// The property lists, as they are printed.

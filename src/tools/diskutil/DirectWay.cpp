@@ -7,11 +7,14 @@
 #include "Programs.h"
 #include "SystemLog.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <thread>
 
 #include <blkid/blkid.h>
 #include <fcntl.h>
@@ -115,7 +118,7 @@ void dropPartitions(int disk, const Disk& of) {
 
 void detachLoop(const Disk& disk) {
   const Device& device = disk.device;
-  const FileDescriptor file(open(device.block.node().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+  FileDescriptor file(open(device.block.node().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
   struct stat status;
   if (!file || fstat(file.get(), &status) != 0 || status.st_rdev != device.block.number)
     throw Failure(fmt::format("{}: {}", device.block.node(), std::strerror(errno)));
@@ -123,6 +126,21 @@ void detachLoop(const Disk& disk) {
   // One that detaches by itself is gone with its last mount.
   if (ioctl(file.get(), LOOP_CLR_FD) != 0 && errno != ENXIO)
     throw Failure(fmt::format("{}: {}", device.block.identifier, std::strerror(errno)));
+  file.reset();
+  // With another program in it the kernel puts the detaching off, and says it was done.
+  constexpr int kAttempts = 40;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    if (sysfsText(device.block.folder + "/loop/backing_file") != device.block.backingFile) return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  throw Failure(device.block.identifier + " goes as soon as another program closes it");
+}
+
+/// No one else may hold the disk or a part of it, in whatever name space.
+void refuseHeld(const LinuxBlockDevice& disk) {
+  const FileDescriptor file(
+      open(disk.node().c_str(), O_RDONLY | O_EXCL | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
+  if (!file && errno == EBUSY) throw Failure(disk.identifier + " is in use by another program");
 }
 
 void unplug(const LinuxBlockDevice& disk) {
@@ -137,6 +155,24 @@ void unplug(const LinuxBlockDevice& disk) {
 
 bool isMemoryCard(const LinuxBlockDevice& disk) {
   return disk.identifier.starts_with("mmcblk");
+}
+
+bool isRenamedByKernel(const std::string& type) {
+  return type == "xfs" || type == "btrfs";
+}
+
+void renameByKernel(const Device& device, const Mount& mount, const std::string& name) {
+  const FileDescriptor folder(
+      open(mount.target.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  std::array<char, FSLABEL_MAX> label{};
+  if (name.size() >= label.size()) throw Failure("the name is too long");
+  std::copy(name.begin(), name.end(), label.begin());
+  struct stat status;
+  if (!folder || fstat(folder.get(), &status) != 0 ||
+      (status.st_dev != mount.number && mount.type != "btrfs") ||
+      ioctl(folder.get(), FS_IOC_SETFSLABEL, label.data()) != 0) {
+    throw Failure(fmt::format("{}: {}", device.block.identifier, std::strerror(errno)));
+  }
 }
 
 std::string optionsOf(const Mount& mount, bool sameKind) {
@@ -159,7 +195,10 @@ std::string optionsOf(const Mount& mount, bool sameKind) {
 }  // namespace
 
 void DirectWay::checkRename(const Device& device, const std::string& name) {
-  const auto labeller = labellerFor(device.signature.type, name, device.block.node());
+  const std::string& type = device.signature.type;
+  if (isRenamedByKernel(type) && device.isMounted()) return;
+  if (type == "xfs") throw Failure("XFS is renamed while it is mounted; mount it first");
+  const auto labeller = labellerFor(type, name, device.block.node());
   if (!labeller) {
     throw Failure(fmt::format("nothing here can rename a volume of type {}",
                               escapedForDisplay(namesOf(device.signature).name)));
@@ -176,6 +215,11 @@ void DirectWay::checkEject(const Disk& disk) {
   const LinuxBlockDevice& block = disk.device.block;
   if (block.isLoop || isMemoryCard(block)) return;
   if (block.isOptical || !block.isExternal) requireProgram("eject", "eject");
+}
+
+bool DirectWay::renamesMounted(const Device& device) {
+  const std::string& type = device.signature.type;
+  return device.isMounted() && (isRenamedByKernel(type) || type.starts_with("ext"));
 }
 
 void DirectWay::unmount(const Device& device, const Mount& mount) {
@@ -204,6 +248,10 @@ std::string DirectWay::mountNew(const Device&) {
 }
 
 void DirectWay::rename(const Device& device, const std::string& name) {
+  if (const Mount* mount = device.mainMount();
+      mount != nullptr && isRenamedByKernel(device.signature.type)) {
+    return renameByKernel(device, *mount, name);
+  }
   const auto labeller = labellerFor(device.signature.type, name, device.block.node());
   if (!labeller) throw Failure("nothing here can rename " + device.block.identifier);
   runProgram(requireProgram(labeller->program, labeller->package), labeller->arguments);
@@ -232,6 +280,7 @@ void DirectWay::format(const Device& device, const Format& format, const std::st
 
 void DirectWay::eject(const Disk& disk) {
   const LinuxBlockDevice& block = disk.device.block;
+  refuseHeld(block);
   if (block.isLoop) return detachLoop(disk);
   if (isMemoryCard(block)) return;  // unmounted, it can be pulled out
   if (!block.isOptical && block.isExternal && !block.isRemovable) return unplug(block);

@@ -69,7 +69,8 @@ constexpr std::array<LabelRule, 6> kLabelRules = {{
     {"exfat", "ExFAT", 11, false, "\"*/:<>?\\|"},
     {"hfsplus", "HFS+", 127, false, "/:"},
     {"ext", "ext", 16, true, ""},
-    {"xfs", "XFS", 12, true, ""},
+    // The disk service has XFS renamed by a program that puts the name into a shell command.
+    {"xfs", "XFS", 12, true, " \t'\"`$\\;&|<>()*?[]{}~#!"},
     {"btrfs", "btrfs", 255, true, "/\\"},
 }};
 
@@ -141,12 +142,11 @@ std::vector<std::string> makingArguments(const Format& format, const std::string
 
 std::optional<Labeller> labellerFor(const std::string& type, const std::string& label,
                                     const std::string& node) {
-  if (type == "vfat") return Labeller{"fatlabel", "dosfstools", false, {"--", node, label}};
-  if (type == "exfat") return Labeller{"tune.exfat", "exfatprogs", false, {"-L", label, node}};
-  if (isExt(type)) return Labeller{"tune2fs", "e2fsprogs", true, {"-L", label, node}};
-  if (type == "xfs") return Labeller{"xfs_admin", "xfsprogs", false, {"-L", label, node}};
+  if (type == "vfat") return Labeller{"fatlabel", "dosfstools", {"--", node, label}};
+  if (type == "exfat") return Labeller{"tune.exfat", "exfatprogs", {"-L", label, node}};
+  if (isExt(type)) return Labeller{"tune2fs", "e2fsprogs", {"-L", label, node}};
   if (type == "btrfs")
-    return Labeller{"btrfs", "btrfs-progs", false, {"filesystem", "label", "--", node, label}};
+    return Labeller{"btrfs", "btrfs-progs", {"filesystem", "label", "--", node, label}};
   return std::nullopt;
 }
 

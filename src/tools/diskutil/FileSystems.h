@@ -42,10 +42,10 @@ std::vector<std::string> makingArguments(const Format& format, const std::string
 struct Labeller {
   std::string_view program;
   std::string_view package;
-  bool whileMounted = false;
   std::vector<std::string> arguments;  ///< after the program's path
 };
-/// Nothing when no program here can rename a file system of this type.
+/// Nothing when no program here can rename a file system of this type. (That of XFS puts the name
+/// into a shell command.)
 std::optional<Labeller> labellerFor(const std::string& type, const std::string& label,
                                     const std::string& node);
 

@@ -15,6 +15,15 @@
 namespace brisko::diskutil {
 namespace {
 
+// A mounted file system over several devices names one of them as mounted; the others are just as
+// much in use.
+bool isMemberOfMounted(const Signature& signature) {
+  std::error_code error;
+  const std::filesystem::path folder = "/sys/fs/btrfs/" + signature.uuid + "/devices";
+  return signature.type == "btrfs" && !signature.uuid.empty() &&
+         signature.uuid.find('/') == std::string::npos && std::filesystem::exists(folder, error);
+}
+
 void refuseInUseItself(const Inventory& inventory, const Device& device,
                        const std::vector<const Device*>& together) {
   const std::string& name = device.block.identifier;
@@ -36,15 +45,8 @@ void refuseInUseItself(const Inventory& inventory, const Device& device,
   }
   if (!device.block.holders.empty())
     throw Failure(fmt::format("{} is in use by {}", name, device.block.holders.front()));
-}
-
-// A mounted file system over several devices names one of them as mounted; the others are just as
-// much in use.
-bool isMemberOfMounted(const Signature& signature) {
-  std::error_code error;
-  const std::filesystem::path folder = "/sys/fs/btrfs/" + signature.uuid + "/devices";
-  return signature.type == "btrfs" && !signature.uuid.empty() &&
-         signature.uuid.find('/') == std::string::npos && std::filesystem::exists(folder, error);
+  if (isMemberOfMounted(device.signature) && !device.isMounted())
+    throw Failure(name + " is in use by a mounted file system over several devices");
 }
 
 }  // namespace
@@ -74,8 +76,7 @@ void refuseUnlessVolume(const Inventory& inventory, const Device& device) {
     throw Failure(fmt::format("{} is part of a larger volume ({})", name,
                               escapedForDisplay(namesOf(signature).name)));
   const bool isShared = signature.type == "btrfs" && inventory.withUuid(signature.uuid).size() > 1;
-  if (isShared || (isMemberOfMounted(signature) && !device.isMounted()))
-    throw Failure(name + " shares one file system with other devices");
+  if (isShared) throw Failure(name + " shares one file system with other devices");
 }
 
 void refuseNamedInStart(const Device& device) {

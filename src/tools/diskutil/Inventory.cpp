@@ -180,6 +180,9 @@ const Device& Inventory::find(const std::string& text) const {
 
 const Device& Inventory::findVolume(const std::string& text) const {
   const std::vector<const Device*> same = withUuid(text);
+  // A file system over several devices is one volume; it is renamed where it is mounted.
+  for (const Device* device : same)
+    if (device->signature.type == "btrfs" && device->isMounted()) return *device;
   return same.size() == 1 ? *same.front() : find(text);
 }
 

@@ -87,6 +87,20 @@ void ignoreInterrupts() {
     std::signal(number, SIG_IGN);
 }
 
+/// A folder that is named after the volume gets the new name too, by being mounted anew; where that
+/// cannot be done the volume goes on under the old one.
+void takeFolderAlong(const Inventory& inventory, const Device& device, Unmounted& mounts) {
+  const Mount* mount = device.mainMount();
+  if (mount == nullptr || !MountFolder::isNamedAfterVolume(mount->target)) return;
+  try {
+    refuseInUse(inventory, device);
+    ignoreInterrupts();
+    mounts.take({&device});
+  } catch (const Failure&) {
+    // Someone works in it.
+  }
+}
+
 void refuseLabel(std::string_view type, const std::string& name) {
   const std::string problem = labelProblem(type, name);
   if (!problem.empty()) throw Failure(problem);
@@ -126,9 +140,8 @@ Report make(const Inventory& inventory, const Device& device, const Format& form
     throw;
   }
   Report report;
-  std::string folder;
   report.warning = mounts.putBack(name);
-  folder = mounts.folder();
+  std::string folder = mounts.folder();
   if (!wasMounted) {
     try {
       folder = way->mountNew(device);
@@ -138,10 +151,10 @@ Report make(const Inventory& inventory, const Device& device, const Format& form
     }
   }
   const Signature made = signatureOf(device.block, true);
-  report.done = fmt::format("Formatted {} as {}, named \"{}\"", device.block.identifier,
-                            made.isKnown && !made.type.empty() ? namesOf(made).name
-                                                               : std::string(format.name),
-                            escapedForDisplay(name));
+  report.done = fmt::format(
+      "Formatted {} as {}, {}", device.block.identifier,
+      made.isKnown && !made.type.empty() ? namesOf(made).name : std::string(format.name),
+      name.empty() ? "without a name" : fmt::format("named \"{}\"", escapedForDisplay(name)));
   if (!folder.empty()) report.done += ", mounted at " + escapedForDisplay(folder);
   return report;
 }
@@ -168,19 +181,12 @@ Report rename(const std::string& volume, const std::string& name) {
   const std::string stored = storedLabel(type, name);
   way->checkRename(device, stored);
 
-  const auto labeller = labellerFor(type, stored, device.block.node());
-  const bool whileMounted = labeller && labeller->whileMounted;
+  const bool whileMounted = way->renamesMounted(device);
   Unmounted mounts(*way);
-  ignoreInterrupts();
-  try {
-    // A folder that is named after the volume changes with it, where that can be done.
-    const Mount* mount = device.mainMount();
-    if (!whileMounted || (mount != nullptr && MountFolder::isNamedAfterVolume(mount->target))) {
-      refuseInUse(inventory, device);
-      mounts.take({&device});
-    }
-  } catch (const Failure&) {
-    if (!whileMounted) throw;
+  if (!whileMounted) {
+    refuseInUse(inventory, device);
+    ignoreInterrupts();
+    mounts.take({&device});
   }
   Report report;
   try {
@@ -189,6 +195,7 @@ Report rename(const std::string& volume, const std::string& name) {
     mounts.putBack();
     throw;
   }
+  if (whileMounted) takeFolderAlong(inventory, device, mounts);
   report.warning = mounts.putBack(stored);
   report.done = fmt::format("Renamed {} to \"{}\"", id, escapedForDisplay(stored));
   return report;

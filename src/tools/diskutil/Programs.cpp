@@ -4,6 +4,8 @@
 #include "HostTools.h"
 #include "SystemLog.h"
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 
 #include <fmt/format.h>
@@ -13,11 +15,19 @@
 namespace brisko::diskutil {
 namespace {
 
-std::string lastLine(std::string text) {
-  while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
-    text.pop_back();
-  const std::size_t end = text.rfind('\n');
-  return end == std::string::npos ? text : text.substr(end + 1);
+/// The first line of what a program complained that is not just its name and version.
+std::string complaint(const std::string& text) {
+  std::size_t begin = 0;
+  while (begin < text.size()) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    const std::string line = text.substr(begin, end - begin);
+    const std::size_t digit = line.find(' ') + 1;
+    const bool isBanner = digit > 0 && digit < line.size() && line.find(':') == std::string::npos &&
+                          std::isdigit(static_cast<unsigned char>(line[digit])) != 0;
+    if (!isBanner && line.find_first_not_of(' ') != std::string::npos) return line;
+    begin = end + 1;
+  }
+  return {};
 }
 
 }  // namespace
@@ -46,8 +56,8 @@ void runProgram(const std::string& path, const std::vector<std::string>& argumen
   const HostTools::Outcome outcome = HostTools::run(words, std::size_t{64} << 10);
   if (outcome.status == 0) return;
   const std::string name = std::filesystem::path(path).filename().string();
-  std::string said = lastLine(outcome.errors);
-  if (said.empty()) said = lastLine(outcome.output);
+  std::string said = complaint(outcome.errors);
+  if (said.empty()) said = complaint(outcome.output);
   if (said.empty()) said = fmt::format("it ended with status {}", outcome.status);
   throw Failure(said.starts_with(name) ? escapedForDisplay(said)
                                        : fmt::format("{}: {}", name, escapedForDisplay(said)));

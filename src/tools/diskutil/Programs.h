@@ -12,7 +12,7 @@ std::string programPath(std::string_view name);
 /// The same; throws Failure, naming the package that would bring it.
 std::string requireProgram(std::string_view name, std::string_view package);
 
-/// Runs a program and waits. Throws Failure with the last line that it said when it fails.
+/// Runs a program and waits. Throws Failure with what it complained when it fails.
 void runProgram(const std::string& path, const std::vector<std::string>& arguments);
 
 }  // namespace brisko::diskutil

@@ -141,6 +141,10 @@ void UDisksWay::checkEject(const Disk& disk) {
     throw Failure("the disk service cannot eject " + block.identifier);
 }
 
+bool UDisksWay::renamesMounted(const Device& device) {
+  return device.isMounted() && device.signature.type.starts_with("ext");
+}
+
 void UDisksWay::unmount(const Device& device, const Mount&) {
   Call call(bus_, objectOf(device), kFileSystem, "Unmount");
   appendNoOptions(call);

@@ -18,6 +18,7 @@ class UDisksWay : public Way {
   void checkRename(const Device& device, const std::string& name) override;
   void checkFormat(const Device& device, const Format& format) override;
   void checkEject(const Disk& disk) override;
+  bool renamesMounted(const Device& device) override;
   void unmount(const Device& device, const Mount& mount) override;
   std::string mountAgain(const Device& device, const Mount& mount,
                          const std::string& name) override;

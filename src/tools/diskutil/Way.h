@@ -18,6 +18,9 @@ class Way {
   virtual void checkFormat(const Device& device, const Format& format) = 0;
   virtual void checkEject(const Disk& disk) = 0;
 
+  /// Whether the device's file system takes a name while it is mounted; else it is unmounted first.
+  virtual bool renamesMounted(const Device& device) = 0;
+
   /// Unmounts what `mount` shows of the device.
   virtual void unmount(const Device& device, const Mount& mount) = 0;
   /// Mounts the device again after `unmount`, in a folder for its name `name` where people's volumes
