@@ -1,6 +1,5 @@
-#include "LinuxBlockDevices.h"
-
 #include "LinuxAtaDrive.h"
+#include "LinuxBlockDevices.h"
 #include "LinuxNvmeDrive.h"
 #include "LinuxSmartDevice.h"
 #include "TemporaryFolder.h"
@@ -44,11 +43,13 @@ class LinuxBlockDevicesTest : public testing::Test {
     folder.file(ata + "/sdb1/holders/dm-3", "");
     folder.file(ata + "/sdb10/partition", "10\n");
     folder.file(ata + "/sdb2/partition", "2\n");
-    const std::string usb = add("pci0/usb1/1-2/host6/target6/6:0:0:0/block/sdaa", "65:160", 2048000);
+    const std::string usb =
+        add("pci0/usb1/1-2/host6/target6/6:0:0:0/block/sdaa", "65:160", 2048000);
     folder.file(usb + "/device/vendor", "SanDisk \n");
     folder.file(usb + "/device/model", "Ultra\n");
     folder.file(usb + "/removable", "1\n");
-    const std::string soldered = add("pci0/usb1/1-7/host7/target7/7:0:0:0/block/sdc", "8:32", 2048000);
+    const std::string soldered =
+        add("pci0/usb1/1-7/host7/target7/7:0:0:0/block/sdc", "8:32", 2048000);
     folder.file("sys/devices/pci0/usb1/1-7/removable", "fixed\n");
     folder.file(soldered + "/device/model", "Reader\n");
     const std::string nvme = add("pci0/0000:01:00.0/nvme/nvme0/nvme0n1", "259:0", 4096000);
@@ -161,11 +162,11 @@ TEST(LinuxNvmeDrive, TheHealthLogGivesUnits) {
 }
 
 TEST(LinuxAtaDrive, FindsTheRegistersInEitherFormOfSenseData) {
-  const std::vector<std::uint8_t> descriptors = {
-      0x72, 0x01, 0, 0x1D, 0, 0, 0, 16,         // header
-      0x00, 0x00,                               // another descriptor before it
-      0x09, 0x0C, 0, 0x04, 0, 1, 0, 2, 0, 0xF4,  // error, …, middle
-      0,    0x2C, 0, 0x50};
+  const std::vector<std::uint8_t> descriptors = {0x72, 0x01, 0, 0x1D, 0, 0, 0, 16,  // header
+                                                 0x00, 0x00,  // another descriptor before it
+                                                 0x09, 0x0C, 0, 0x04, 0, 1, 0, 2,
+                                                 0,    0xF4,  // error, …, middle
+                                                 0,    0x2C, 0, 0x50};
   const auto registers = ataRegisters(descriptors);
   ASSERT_TRUE(registers);
   EXPECT_EQ(registers->error, 0x04);

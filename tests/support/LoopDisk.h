@@ -5,8 +5,8 @@
 
 namespace brisko::test {
 
-/// A made disk: an empty image in a loop device of the test's own, detached with the object (what is
-/// mounted of it in another name space goes with that).
+/// A made disk: an empty image in a loop device of the test's own, detached with the object (what
+/// is mounted of it in another name space goes with that).
 class LoopDisk {
  public:
   /// Why this machine has none; empty when it has.

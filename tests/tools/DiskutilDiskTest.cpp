@@ -7,14 +7,15 @@
 #include "TemporaryFolder.h"
 #include "TestHost.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <utility>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/swap.h>
@@ -64,6 +65,8 @@ class DiskutilDisk : public testing::Test {
   void SetUp() override {
     const std::string missing = LoopDisk::missing();
     if (!missing.empty()) GTEST_SKIP() << "because " << missing;
+    if (!LoopDisk(folder / "probe.img", 1).isAttached())
+      GTEST_SKIP() << "because the machine lets no loop device be attached";
   }
 
   /// A disk with three partitions of 60 MiB: ext4 "one", FAT "TWO", exFAT "drei".
@@ -113,7 +116,8 @@ TEST_F(DiskutilDisk, ListsDisksWithTheirVolumesInValidPropertyLists) {
     ASSERT_EQ((*entry)["Partitions"].array().size(), 3U);
     EXPECT_EQ((*entry)["Partitions"][2U]["DeviceIdentifier"].string(), disk.identifier(3));
     ASSERT_EQ((*single)["Partitions"].array().size(), 1U);
-    EXPECT_EQ((*single)["Partitions"][std::size_t{0}]["DeviceIdentifier"].string(), straight.identifier());
+    EXPECT_EQ((*single)["Partitions"][std::size_t{0}]["DeviceIdentifier"].string(),
+              straight.identifier());
 
     const PropertyList whole = infoOf(disk.node());
     EXPECT_EQ(whole["BusProtocol"].string(), "Disk Image");
@@ -197,6 +201,19 @@ TEST_F(DiskutilDisk, FormatsWithEachTypeAndMountsAgainWhatWasMounted) {
     EXPECT_EQ(again["VolumeName"].string(), "TWO");
     EXPECT_NE(again["VolumeUUID"].string(), before);
   });
+}
+
+TEST_F(DiskutilDisk, TheLeastSizesAreEnoughAndLessIsRefusedBeforeAnythingIsWritten) {
+  const std::pair<const char*, std::uint64_t> cases[] = {
+      {"ExFAT", 4}, {"MS-DOS FAT32", 33}, {"MS-DOS FAT16", 9}, {"ext4", 2}};
+  for (const auto& [type, megabytes] : cases) {
+    const LoopDisk enough(folder / fmt::format("{}.img", type), megabytes);
+    expectDone({"eraseVolume", type, "ENOUGH", enough.node()});
+    const LoopDisk less(folder / fmt::format("{} less.img", type), megabytes - 1);
+    ASSERT_TRUE(runs("mke2fs -q -L OLD " + less.node()));
+    expectRefusal({"eraseVolume", type, "NEW", less.node()}, "too small");
+    EXPECT_EQ(infoOf(less.node())["VolumeName"].string(), "OLD");
+  }
 }
 
 TEST_F(DiskutilDisk, RenamesByUuidAndTakesNamesLiterally) {
@@ -295,7 +312,8 @@ TEST_F(DiskutilDisk, RefusesToFormatWhatIsTheRootOfAChangedRoot) {
           std::string("/proc"), std::string("/sys"), std::string("/dev"), buildTree()}) {
       if (::access(part.c_str(), F_OK) != 0) continue;
       std::filesystem::create_directories(root + part);
-      ASSERT_EQ(::mount(part.c_str(), (root + part).c_str(), nullptr, MS_BIND | MS_REC, nullptr), 0);
+      ASSERT_EQ(::mount(part.c_str(), (root + part).c_str(), nullptr, MS_BIND | MS_REC, nullptr),
+                0);
     }
     ASSERT_TRUE(::chroot(root.c_str()) == 0 && ::chdir("/") == 0);
     expectRefusal({"eraseVolume", "ext4", "x", disk.node()}, "(it is mounted at /)");

@@ -112,8 +112,8 @@ TEST(DiskutilRules, OnlyAFreeVolumeMayBeFormatted) {
   EXPECT_EQ(refusal(inventory, "sdb1"), "");
   EXPECT_EQ(refusal(inventory, "sdb2"), "");
   const std::map<std::string, std::string> reasons = {
-      {"sda", "whole disk"},         {"sdb3", "larger volume (LVM)"}, {"sdb4", "in use by dm-1"},
-      {"sdb5", "larger volume"},     {"sdb6", "holds others"},        {"sdb7", "shares one file"},
+      {"sda", "whole disk"},        {"sdb3", "larger volume (LVM)"}, {"sdb4", "in use by dm-1"},
+      {"sdb5", "larger volume"},    {"sdb6", "holds others"},        {"sdb7", "shares one file"},
       {"sdb9", "cannot be looked"}, {"sdb10", "swap space"}};
   for (const auto& [node, reason] : reasons)
     EXPECT_NE(refusal(inventory, node).find(reason), std::string::npos) << refusal(inventory, node);

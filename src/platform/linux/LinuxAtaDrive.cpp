@@ -106,7 +106,8 @@ std::optional<AtaRegisters> ataRegisters(std::span<const std::uint8_t> sense) {
   if (format != 0x72) return std::nullopt;
   for (std::size_t at = kHeader; at + 1 < sense.size(); at += 2U + sense[at + 1]) {
     if (sense[at] != 0x09 || at + kDescriptor > sense.size()) continue;
-    return AtaRegisters{sense[at + 3], sense[at + 5], sense[at + 9], sense[at + 11], sense[at + 13]};
+    return AtaRegisters{sense[at + 3], sense[at + 5], sense[at + 9], sense[at + 11],
+                        sense[at + 13]};
   }
   return std::nullopt;
 }

@@ -17,8 +17,8 @@ struct AtaRegisters {
   std::uint8_t status = 0;
 };
 
-/// Reads the registers out of the sense data that a SCSI layer returns for a passed-through command.
-/// Nothing when it holds none.
+/// Reads the registers out of the sense data that a SCSI layer returns for a passed-through
+/// command. Nothing when it holds none.
 std::optional<AtaRegisters> ataRegisters(std::span<const std::uint8_t> sense);
 
 /// An ATA drive, spoken to through the SCSI layer's pass-through (SG_IO).

@@ -4,6 +4,8 @@
 #include "LinuxDrive.h"
 #include "RegularFile.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
@@ -14,7 +16,6 @@
 #include <tuple>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <libmount/libmount.h>
 #include <linux/cdrom.h>
 #include <sys/ioctl.h>
@@ -62,8 +63,8 @@ bool isNoDisk(std::string_view name) {
     if (name.starts_with(prefix)) return true;
   }
   // The boot areas of soldered flash memory stand beside it as disks of their own.
-  return name.starts_with("mmcblk") &&
-         (name.find("boot") != std::string_view::npos || name.find("rpmb") != std::string_view::npos);
+  return name.starts_with("mmcblk") && (name.find("boot") != std::string_view::npos ||
+                                        name.find("rpmb") != std::string_view::npos);
 }
 
 bool hasDisc(const LinuxBlockDevice& device) {

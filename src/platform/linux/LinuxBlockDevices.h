@@ -38,11 +38,11 @@ struct LinuxBlockDevice {
 /// The device that the file system at "/" is on; 0 when it is on none.
 dev_t linuxRootDevice();
 
-/// The disks of the machine: drives first, the one that carries `rootDevice` foremost, the others by
-/// name; then discs in optical drives; then virtual disks; then attached loop devices. Left out are drives without a medium,
-/// detached loops, memory disks, paths that a multipath drive hides, and the images of packaged
-/// applications. `sysfs` is where that is mounted. Nothing is opened but optical drives (for the
-/// question whether a disc is in).
+/// The disks of the machine: drives first, the one that carries `rootDevice` foremost, the others
+/// by name; then discs in optical drives; then virtual disks; then attached loop devices. Left out
+/// are drives without a medium, detached loops, memory disks, paths that a multipath drive hides,
+/// and the images of packaged applications. `sysfs` is where that is mounted. Nothing is opened but
+/// optical drives (for the question whether a disc is in).
 std::vector<LinuxBlockDevice> linuxDisks(const std::string& sysfs = "/sys",
                                          dev_t rootDevice = linuxRootDevice());
 

@@ -53,8 +53,11 @@ std::string busOf(const LinuxBlockDevice& disk) {
   }
   // The nearest to the device decides: an ATA drive in a USB enclosure is on USB.
   constexpr std::pair<std::string_view, std::string_view> kFolders[] = {
-      {"usb#", "USB"},       {"fw#", "FireWire"},   {"nvme-fabrics", "NVMe over Fabrics"},
-      {"session#", "iSCSI"}, {"rport-", "Fibre Channel"}};
+      {"usb#", "USB"},
+      {"fw#", "FireWire"},
+      {"nvme-fabrics", "NVMe over Fabrics"},
+      {"session#", "iSCSI"},
+      {"rport-", "Fibre Channel"}};
   for (const auto& [folder, bus] : kFolders) {
     if (passes(disk.folder, folder)) return std::string(bus);
   }

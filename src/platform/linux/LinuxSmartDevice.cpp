@@ -6,12 +6,13 @@
 #include "LinuxNvmeDrive.h"
 #include "RegularFile.h"
 
+#include <fmt/format.h>
+
 #include <cerrno>
 #include <charconv>
 #include <filesystem>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <libudev.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -62,8 +63,7 @@ std::optional<std::uint32_t> ataFeatures(const std::string& folder) {
 
 FileDescriptor openNode(const std::string& folder, int& error) {
   const LinuxNode node = linuxNodeOf(folder);
-  FileDescriptor device(
-      ::open(node.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
+  FileDescriptor device(::open(node.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
   struct stat status;
   if (!device) {
     error = errno == ENOENT || errno == ENXIO ? ENODEV : errno;

@@ -7,8 +7,8 @@
 
 namespace brisko {
 
-/// The device registry is sysfs: a node's path is its folder there. Capable are the whole disks: ATA
-/// drives (behind a USB bridge too, when that passes commands on) and NVMe name spaces.
+/// The device registry is sysfs: a node's path is its folder there. Capable are the whole disks:
+/// ATA drives (behind a USB bridge too, when that passes commands on) and NVMe name spaces.
 class LinuxSmartDevice : public SmartDevice {
  public:
   /// `sysfs` is where that is mounted, free of links.

@@ -6,11 +6,12 @@
 #include "Operations.h"
 #include "SystemLog.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
 
-#include <fmt/format.h>
 #include <unistd.h>
 
 namespace brisko::diskutil {

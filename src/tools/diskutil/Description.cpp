@@ -7,11 +7,11 @@
 #include "LinuxSmartDevice.h"
 #include "Utf8.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <string_view>
-
-#include <fmt/format.h>
 
 namespace brisko::diskutil {
 namespace {
@@ -184,7 +184,7 @@ PropertyList information(const Inventory& inventory, const Device& device) {
   list.set("DeviceNode", forXml(device.block.node()));
   list.set("Ejectable", isEjectable(inventory, device));
   list.set("FreeSpace", device.freeBytes);
-  list.set("Internal", !drive.isExternal && !drive.isVirtual);
+  list.set("Internal", !drive.isExternal && !drive.isLoop);
   list.set("MediaName", forXml(mediaName(inventory, device)));
   list.set("MountPoint", forXml(mountPoint(device)));
   list.set("ParentWholeDisk", forXml(drive.identifier));

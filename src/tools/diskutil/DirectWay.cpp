@@ -7,6 +7,8 @@
 #include "Programs.h"
 #include "SystemLog.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -18,7 +20,6 @@
 
 #include <blkid/blkid.h>
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <linux/blkpg.h>
 #include <linux/fs.h>
 #include <linux/loop.h>
@@ -95,8 +96,7 @@ void settle() {
 }
 
 void setPartitionCode(const Device& device, const std::string& code) {
-  const std::string disk =
-      linuxNodeOf(fs::path(device.block.folder).parent_path().string()).path;
+  const std::string disk = linuxNodeOf(fs::path(device.block.folder).parent_path().string()).path;
   // Other partitions of the disk may be in use, and their places do not change.
   runProgram(requireProgram("sfdisk", "fdisk"),
              {"--quiet", "--no-reread", "--no-tell-kernel", "--part-type", disk,

@@ -5,11 +5,11 @@
 #include "FileSystems.h"
 #include "SystemLog.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <utility>
-
-#include <fmt/format.h>
 
 namespace brisko::diskutil {
 namespace {
@@ -93,25 +93,31 @@ std::string shownInformation(const Inventory& inventory, const Device& device) {
       {"Content", list["Content"].string()},
   };
   if (!list["FilesystemName"].string().empty() || !device.isWhole()) {
-    lines.insert(lines.end(), {
-        {"Volume name", volumeName(device)},
-        {"Volume UUID", list["VolumeUUID"].string()},
-        {"File system", list["FilesystemUserVisibleName"].string()},
-        {"Mount point", device.isMounted() ? mountPoint(device) : "Not mounted"},
-        {"Owners kept", yesOrNo(list["GlobalPermissionsEnabled"].boolean())},
-    });
+    lines.insert(lines.end(),
+                 {
+                     {"Volume name", volumeName(device)},
+                     {"Volume UUID", list["VolumeUUID"].string()},
+                     {"File system", list["FilesystemUserVisibleName"].string()},
+                     {"Mount point", device.isMounted() ? mountPoint(device) : "Not mounted"},
+                     {"Owners kept", yesOrNo(list["GlobalPermissionsEnabled"].boolean())},
+                 });
   }
-  lines.insert(lines.end(), {
-      {"Total size", fmt::format("{} ({} bytes)", CommUti::longlongDiskSize(device.totalBytes),
-                                 device.totalBytes)},
-      {"Free", device.isMounted() ? CommUti::longlongDiskSize(device.freeBytes) : std::string()},
-      {"Connection", drive.bus},
-      {"Location", drive.isVirtual ? "Virtual" : drive.isExternal ? "External" : "Internal"},
-      {"Ejectable", yesOrNo(list["Ejectable"].boolean())},
-      {"Solid state", yesOrNo(list["SolidState"].boolean())},
-      {"Writable", yesOrNo(list["Writable"].boolean())},
-      {"S.M.A.R.T. status", list["SMARTStatus"].string()},
-  });
+  lines.insert(
+      lines.end(),
+      {
+          {"Total size", fmt::format("{} ({} bytes)", CommUti::longlongDiskSize(device.totalBytes),
+                                     device.totalBytes)},
+          {"Free",
+           device.isMounted() ? CommUti::longlongDiskSize(device.freeBytes) : std::string()},
+          {"Connection", drive.bus},
+          {"Location", drive.isVirtual    ? "Virtual"
+                       : drive.isExternal ? "External"
+                                          : "Internal"},
+          {"Ejectable", yesOrNo(list["Ejectable"].boolean())},
+          {"Solid state", yesOrNo(list["SolidState"].boolean())},
+          {"Writable", yesOrNo(list["Writable"].boolean())},
+          {"S.M.A.R.T. status", list["SMARTStatus"].string()},
+      });
   std::string text;
   for (const auto& [caption, value] : lines)
     if (!value.empty()) text += fmt::format("{:<20}{}\n", caption + ":", escapedForDisplay(value));

@@ -2,12 +2,12 @@
 
 #include "Utf8.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <utility>
-
-#include <fmt/format.h>
 
 namespace brisko::diskutil {
 namespace {
@@ -20,13 +20,14 @@ constexpr std::string_view kLinuxData = "0fc63daf-8483-4772-8e79-3d69d8477de4";
 constexpr std::string_view kHfsData = "48465300-0000-11aa-aa11-00306543ecac";
 constexpr std::string_view kBoot = "c12a7328-f81f-11d2-ba4b-00a0c93ec93b";
 
-// FAT32 needs 65,525 clusters and counts its sectors with 32 bits.
+// FAT32 needs 65,525 clusters and counts its sectors with 32 bits. The other least sizes are those
+// that the programs take, found by trying.
 constexpr std::array<Format, 5> kFormats = {{
-    {"exfat", "ExFAT", "mkfs.exfat", "exfatprogs", 2 * kMiB, 0, "7", kBasicData},
+    {"exfat", "ExFAT", "mkfs.exfat", "exfatprogs", 4 * kMiB, 0, "7", kBasicData},
     {"vfat", "MS-DOS FAT32", "mkfs.fat", "dosfstools", 33 * kMiB, 2 * kTiB, "c", kBasicData},
     {"hfsplus", "Journaled HFS+", "mkfs.hfsplus", "", 16 * kMiB, 0, "af", kHfsData},
     {"ext4", "ext4", "mkfs.ext4", "e2fsprogs", 2 * kMiB, 0, "83", kLinuxData},
-    {"vfat", "MS-DOS FAT16", "mkfs.fat", "dosfstools", 3 * kMiB, 2048 * kMiB, "e", kBasicData},
+    {"vfat", "MS-DOS FAT16", "mkfs.fat", "dosfstools", 9 * kMiB, 2048 * kMiB, "e", kBasicData},
 }};
 constexpr const Format& kFat32 = kFormats[1];
 constexpr const Format& kFat16 = kFormats[4];
@@ -52,9 +53,8 @@ std::optional<std::size_t> unitsOf(std::string_view text) {
 }
 
 bool hasControl(std::string_view text) {
-  return std::any_of(text.begin(), text.end(), [](unsigned char character) {
-    return character < 0x20 || character == 0x7F;
-  });
+  return std::any_of(text.begin(), text.end(),
+                     [](unsigned char character) { return character < 0x20 || character == 0x7F; });
 }
 
 struct LabelRule {
@@ -88,12 +88,12 @@ const LabelRule* ruleFor(std::string_view type) {
 
 const Format* formatNamed(std::string_view word) {
   constexpr std::pair<std::string_view, const Format*> kWords[] = {
-      {"exfat", &kFormats[0]},        {"ms-dos fat32", &kFat32}, {"ms-dos", &kFat32},
-      {"fat32", &kFat32},             {"fat", &kFat32},          {"msdos", &kFat32},
-      {"ms-dos (fat32)", &kFat32},    {"vfat", &kFat32},         {"journaled hfs+", &kFormats[2]},
-      {"jhfs+", &kFormats[2]},        {"hfs+", &kFormats[2]},    {"hfsplus", &kFormats[2]},
-      {"ext4", &kFormats[3]},         {"linux", &kFormats[3]},   {"ms-dos fat16", &kFat16},
-      {"ms-dos (fat16)", &kFat16},    {"fat16", &kFat16},
+      {"exfat", &kFormats[0]},     {"ms-dos fat32", &kFat32}, {"ms-dos", &kFat32},
+      {"fat32", &kFat32},          {"fat", &kFat32},          {"msdos", &kFat32},
+      {"ms-dos (fat32)", &kFat32}, {"vfat", &kFat32},         {"journaled hfs+", &kFormats[2]},
+      {"jhfs+", &kFormats[2]},     {"hfs+", &kFormats[2]},    {"hfsplus", &kFormats[2]},
+      {"ext4", &kFormats[3]},      {"linux", &kFormats[3]},   {"ms-dos fat16", &kFat16},
+      {"ms-dos (fat16)", &kFat16}, {"fat16", &kFat16},
   };
   const std::string wanted = lowered(word);
   for (const auto& [name, format] : kWords)

@@ -5,11 +5,12 @@
 #include "RegularFile.h"
 #include "SystemLog.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <memory>
 
-#include <fmt/format.h>
 #include <libmount/libmount.h>
 
 namespace brisko::diskutil {
@@ -34,10 +35,9 @@ void refuseInUseItself(const Inventory& inventory, const Device& device,
                                 escapedForDisplay(mount.target)));
     }
     for (const Mount& inner : inventory.mounts().within(mount)) {
-      const bool goesToo =
-          std::any_of(together.begin(), together.end(), [&](const Device* other) {
-            return inner.device != 0 && other->block.number == inner.device;
-          });
+      const bool goesToo = std::any_of(together.begin(), together.end(), [&](const Device* other) {
+        return inner.device != 0 && other->block.number == inner.device;
+      });
       if (goesToo) continue;
       throw Failure(fmt::format("something else is mounted inside {}, at {}", name,
                                 escapedForDisplay(inner.target)));
@@ -85,8 +85,8 @@ void refuseNamedInStart(const Device& device) {
   const std::unique_ptr<libmnt_table, void (*)(libmnt_table*)> table(
       mnt_new_table_from_file("/etc/fstab"), [](libmnt_table* it) { mnt_unref_table(it); });
   if (table && mnt_table_find_tag(table.get(), "LABEL", label.c_str(), MNT_ITER_FORWARD) != nullptr)
-    throw Failure(fmt::format("/etc/fstab finds {} by its name; change that first",
-                              device.block.identifier));
+    throw Failure(
+        fmt::format("/etc/fstab finds {} by its name; change that first", device.block.identifier));
   int error = 0;
   const std::string line = readFile("/proc/cmdline", 65536, error).value_or("");
   if (line.find("root=LABEL=" + label) != std::string::npos)

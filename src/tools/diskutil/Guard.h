@@ -12,7 +12,8 @@ namespace brisko::diskutil {
 void refuseInUse(const Inventory& inventory, const Device& device);
 
 /// The device must be one volume that can be written anew: no disk with partitions, no container of
-/// partitions, nothing read-only, no part of a RAID, volume group or file system over several devices.
+/// partitions, nothing read-only, no part of a RAID, volume group or file system over several
+/// devices.
 void refuseUnlessVolume(const Inventory& inventory, const Device& device);
 
 /// The start of the system must not find this volume by its present name.

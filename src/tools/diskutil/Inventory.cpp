@@ -3,11 +3,12 @@
 #include "Failure.h"
 #include "SystemLog.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
-#include <strings.h>
 
-#include <fmt/format.h>
+#include <strings.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 

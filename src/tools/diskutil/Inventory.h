@@ -20,7 +20,7 @@ struct Device {
   std::uint64_t freeBytes = 0;   ///< free to everyone; 0 when not mounted
   uid_t owner = 0;               ///< of the top folder, while mounted
   gid_t group = 0;
-  std::size_t disk = 0;          ///< index in Inventory::disks of the disk it is on
+  std::size_t disk = 0;  ///< index in Inventory::disks of the disk it is on
 
   bool isWhole() const { return block.partition == 0; }
   bool isMounted() const { return !mounts.empty(); }

@@ -4,9 +4,9 @@
 
 namespace brisko::diskutil {
 
-/// The folder in which a volume is to be mounted again after its name has changed. Volumes of people
-/// are mounted in a folder of their own name below /media or /run/media: such a folder is made anew
-/// and the old one taken away when that is empty; any other folder stays.
+/// The folder in which a volume is to be mounted again after its name has changed. Volumes of
+/// people are mounted in a folder of their own name below /media or /run/media: such a folder is
+/// made anew and the old one taken away when that is empty; any other folder stays.
 class MountFolder {
  public:
   /// True for a folder that is named after the volume.

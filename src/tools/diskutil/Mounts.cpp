@@ -3,13 +3,14 @@
 #include "Failure.h"
 #include "LinuxBlockDevices.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <memory>
 #include <string_view>
 
-#include <fmt/format.h>
 #include <libmount/libmount.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -26,8 +27,8 @@ std::string text(const char* value) {
 
 dev_t deviceAt(const std::string& path) {
   struct stat status;
-  const bool isDevice = path.starts_with('/') && stat(path.c_str(), &status) == 0 &&
-                        S_ISBLK(status.st_mode);
+  const bool isDevice =
+      path.starts_with('/') && stat(path.c_str(), &status) == 0 && S_ISBLK(status.st_mode);
   return isDevice ? status.st_rdev : 0;
 }
 
@@ -36,8 +37,8 @@ dev_t deviceAt(const std::string& path) {
 dev_t deviceOf(libmnt_fs* entry) {
   const dev_t number = mnt_fs_get_devno(entry);
   std::error_code error;
-  if (std::filesystem::exists(
-          fmt::format("/sys/dev/block/{}:{}", major(number), minor(number)), error)) {
+  if (std::filesystem::exists(fmt::format("/sys/dev/block/{}:{}", major(number), minor(number)),
+                              error)) {
     return number;
   }
   return deviceAt(text(mnt_fs_get_srcpath(entry)));
@@ -96,9 +97,8 @@ Mounts Mounts::read() {
 
 std::vector<Mount> Mounts::of(dev_t device) const {
   std::vector<Mount> found;
-  std::copy_if(mounts.begin(), mounts.end(), std::back_inserter(found), [&](const Mount& mount) {
-    return device != 0 && mount.device == device;
-  });
+  std::copy_if(mounts.begin(), mounts.end(), std::back_inserter(found),
+               [&](const Mount& mount) { return device != 0 && mount.device == device; });
   return found;
 }
 

@@ -10,10 +10,11 @@
 #include "SystemLog.h"
 #include "UDisksWay.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <csignal>
 
-#include <fmt/format.h>
 #include <unistd.h>
 
 namespace brisko::diskutil {
@@ -56,8 +57,8 @@ class Unmounted {
 
   bool isAny() const { return !taken_.empty(); }
 
-  /// Puts all back, in folders for `name` (empty: each for the name it has), and says what could not
-  /// be.
+  /// Puts all back, in folders for `name` (empty: each for the name it has), and says what could
+  /// not be.
   std::string putBack(const std::string& name = {}) {
     std::string problem;
     for (auto place = taken_.rbegin(); place != taken_.rend(); ++place) {
@@ -146,8 +147,8 @@ Report make(const Inventory& inventory, const Device& device, const Format& form
     try {
       folder = way->mountNew(device);
     } catch (const Failure& failure) {
-      report.warning = fmt::format("{} could not be mounted: {}", device.block.identifier,
-                                   failure.what());
+      report.warning =
+          fmt::format("{} could not be mounted: {}", device.block.identifier, failure.what());
     }
   }
   const Signature made = signatureOf(device.block, true);
@@ -219,10 +220,9 @@ Report reformat(const std::string& node) {
   if (format == nullptr) {
     refuseUnlessVolume(inventory, device);
     const std::string name = namesOf(device.signature).name;
-    throw Failure(name.empty()
-                      ? device.block.identifier + " holds no file system to make again"
-                      : fmt::format("{} cannot be made again: nothing here makes {}",
-                                    device.block.identifier, escapedForDisplay(name)));
+    throw Failure(name.empty() ? device.block.identifier + " holds no file system to make again"
+                               : fmt::format("{} cannot be made again: nothing here makes {}",
+                                             device.block.identifier, escapedForDisplay(name)));
   }
   const std::string& label = device.signature.label;
   return make(inventory, device, *format, labelProblem(format->type, label).empty() ? label : "");

@@ -23,8 +23,8 @@ Report eraseVolume(const std::string& type, const std::string& name, const std::
 /// The same with the type and name that the volume has.
 Report reformat(const std::string& node);
 
-/// Unmounts all volumes of the disk that `node` is or is on, and takes the disk off. When one cannot
-/// be unmounted, the others are mounted again and the disk stays.
+/// Unmounts all volumes of the disk that `node` is or is on, and takes the disk off. When one
+/// cannot be unmounted, the others are mounted again and the disk stays.
 Report eject(const std::string& node);
 
 }  // namespace brisko::diskutil

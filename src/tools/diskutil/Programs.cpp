@@ -4,11 +4,12 @@
 #include "HostTools.h"
 #include "SystemLog.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
 
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -10,9 +10,9 @@ namespace brisko::diskutil {
 /// around it calls this partition. Texts are bytes as they stand there.
 struct Signature {
   bool isKnown = false;  ///< false: neither the device manager nor the device itself could be asked
-  std::string type;      ///< "ext4", "vfat", "swap", "crypto_LUKS" … as the kernel and libblkid say
-  std::string version;   ///< "FAT32", "1.0" …
-  std::string usage;     ///< "filesystem", "raid", "crypto", "other"
+  std::string type;  ///< "ext4", "vfat", "swap", "crypto_LUKS" … as the kernel and libblkid say
+  std::string version;  ///< "FAT32", "1.0" …
+  std::string usage;    ///< "filesystem", "raid", "crypto", "other"
   std::string label;
   std::string uuid;
   std::string tableType;      ///< of the partition table on it: "gpt", "dos" …

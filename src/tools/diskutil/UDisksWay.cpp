@@ -3,10 +3,10 @@
 #include "Failure.h"
 #include "SystemLog.h"
 
+#include <fmt/format.h>
+
 #include <cstring>
 #include <utility>
-
-#include <fmt/format.h>
 
 namespace brisko::diskutil {
 namespace {
@@ -122,8 +122,7 @@ void UDisksWay::checkFormat(const Device& device, const Format& format) {
   objectOf(device);
   Call call(bus_, kManagerPath, kManager, "CanFormat");
   sd_bus_message_append(call.request(), "s", std::string(format.type).c_str());
-  if (!call.succeeds())
-    throw Failure(fmt::format("the disk service cannot make {}", format.name));
+  if (!call.succeeds()) throw Failure(fmt::format("the disk service cannot make {}", format.name));
   sd_bus_message* answer = call.answer();
   int able = 0;
   const char* missing = nullptr;

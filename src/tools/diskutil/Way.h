@@ -23,8 +23,8 @@ class Way {
 
   /// Unmounts what `mount` shows of the device.
   virtual void unmount(const Device& device, const Mount& mount) = 0;
-  /// Mounts the device again after `unmount`, in a folder for its name `name` where people's volumes
-  /// have such. Returns the folder.
+  /// Mounts the device again after `unmount`, in a folder for its name `name` where people's
+  /// volumes have such. Returns the folder.
   virtual std::string mountAgain(const Device& device, const Mount& mount,
                                  const std::string& name) = 0;
   /// Mounts a new volume that was not mounted before. Returns the folder; empty when volumes do not

@@ -4,13 +4,13 @@
 #include "Failure.h"
 #include "SystemLog.h"
 
+#include <fmt/format.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <string>
 #include <vector>
-
-#include <fmt/format.h>
 
 namespace {
 
