@@ -123,7 +123,7 @@ void refuseSize(const Format& format, const Device& device) {
 
 Report make(const Inventory& inventory, const Device& device, const Format& format,
             const std::string& name) {
-  const std::unique_ptr<Way> way = openWay();
+  const std::unique_ptr<Way> way = openWay(device);
   refuseUnlessVolume(inventory, device);
   refuseInUse(inventory, device);
   refuseSize(format, device);
@@ -162,16 +162,19 @@ Report make(const Inventory& inventory, const Device& device, const Format& form
 
 }  // namespace
 
-std::unique_ptr<Way> openWay() {
-  if (auto service = UDisksWay::connect()) return service;
-  if (geteuid() == 0) return std::make_unique<DirectWay>();
+std::unique_ptr<Way> openWay(const Device& device) {
+  const bool isAdministrator = geteuid() == 0;
+  if (auto service = UDisksWay::connect()) {
+    if (!isAdministrator || service->knows(device)) return service;
+  }
+  if (isAdministrator) return std::make_unique<DirectWay>();
   throw Failure("this needs the disk service UDisks2, which does not run, or the administrator");
 }
 
 Report rename(const std::string& volume, const std::string& name) {
   const Inventory inventory = Inventory::read(true);
   const Device& device = inventory.findVolume(volume);
-  const std::unique_ptr<Way> way = openWay();
+  const std::unique_ptr<Way> way = openWay(device);
   const std::string& type = device.signature.type;
   const std::string& id = device.block.identifier;
   if (type.empty() || device.signature.usage != "filesystem")
@@ -235,7 +238,7 @@ Report eject(const std::string& node) {
   refuseInUse(inventory, disk.device);
   if (!isEjectable(inventory, disk.device))
     throw Failure(name + " is built in and cannot be ejected");
-  const std::unique_ptr<Way> way = openWay();
+  const std::unique_ptr<Way> way = openWay(disk.device);
   way->checkEject(disk);
 
   std::vector<const Device*> all = {&disk.device};

@@ -97,6 +97,14 @@ std::string UDisksWay::objectOf(const Device& device) {
   return object;
 }
 
+bool UDisksWay::knows(const Device& device) {
+  try {
+    return !objectOf(device).empty();
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
 std::string UDisksWay::driveOf(const Device& device) {
   Call call(bus_, objectOf(device), "org.freedesktop.DBus.Properties", "Get");
   sd_bus_message_append(call.request(), "ss", kBlock, "Drive");

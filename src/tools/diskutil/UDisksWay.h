@@ -11,6 +11,8 @@ class UDisksWay : public Way {
  public:
   /// Null when the service neither runs nor can be started.
   static std::unique_ptr<UDisksWay> connect();
+  /// False for devices that the machine's device manager has not told it of.
+  bool knows(const Device& device);
   ~UDisksWay() override;
   UDisksWay(const UDisksWay&) = delete;
   UDisksWay& operator=(const UDisksWay&) = delete;

@@ -36,8 +36,8 @@ class Way {
   virtual void eject(const Disk& disk) = 0;
 };
 
-/// The disk service's way when it runs or can be started, else the administrator's. Throws Failure
-/// when neither is open to this user.
-std::unique_ptr<Way> openWay();
+/// The disk service's way when that runs or can be started and knows the device, else the
+/// administrator's. Throws Failure when neither is open to this user.
+std::unique_ptr<Way> openWay(const Device& device);
 
 }  // namespace brisko::diskutil
