@@ -9,6 +9,7 @@
 #include "LoginItems.h"
 #include "InstalledApplications.h"
 #include "Preferences.h"
+#include "SmartDevice.h"
 #include "SystemVersion.h"
 #include "Workspace.h"
 
@@ -31,6 +32,7 @@ struct Host {
   std::unique_ptr<SystemVersion> systemVersion;
   std::unique_ptr<LoginItems> loginItems;
   std::unique_ptr<InstalledApplications> installedApplications;
+  std::unique_ptr<SmartDevice> smartDevice;
 
   /// The host in use. The first call makes the running system's own when none was installed.
   static Host& current();

@@ -5,6 +5,7 @@
 #include "LinuxInstalledApplications.h"
 #include "LinuxLoginItems.h"
 #include "LinuxPreferences.h"
+#include "LinuxSmartDevice.h"
 #include "LinuxSystemVersion.h"
 #include "LinuxWorkspace.h"
 
@@ -23,6 +24,7 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
   host->loginItems = std::make_unique<LinuxLoginItems>(folders, *host->preferences);
   host->installedApplications = std::make_unique<LinuxInstalledApplications>(folders);
   host->workspace = std::make_unique<LinuxWorkspace>();
+  host->smartDevice = std::make_unique<LinuxSmartDevice>();
   return host;
 }
 
