@@ -7,6 +7,7 @@
 #include "Catalog.h"
 #include "HostFolders.h"
 #include "Preferences.h"
+#include "SmartDevice.h"
 #include "SystemVersion.h"
 #include "Workspace.h"
 
@@ -27,6 +28,7 @@ struct Host {
   std::unique_ptr<Authorization> authorization;
   std::unique_ptr<Preferences> preferences;
   std::unique_ptr<SystemVersion> systemVersion;
+  std::unique_ptr<SmartDevice> smartDevice;
 
   /// The host in use. The first call makes the running system's own when none was installed.
   static Host& current();
