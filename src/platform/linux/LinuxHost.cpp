@@ -3,6 +3,7 @@
 #include "LinuxCatalog.h"
 #include "LinuxHostFolders.h"
 #include "LinuxPreferences.h"
+#include "LinuxSmartDevice.h"
 #include "LinuxSystemVersion.h"
 #include "LinuxWorkspace.h"
 
@@ -19,6 +20,7 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
   host->systemVersion = std::make_unique<LinuxSystemVersion>(
       folders.path("/System/Library/CoreServices/SystemVersion.plist"));
   host->workspace = std::make_unique<LinuxWorkspace>();
+  host->smartDevice = std::make_unique<LinuxSmartDevice>();
   return host;
 }
 
