@@ -1,7 +1,10 @@
 #include "Commands.h"
 
+#include "DiskCommand.h"
+#include "DisksCommand.h"
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
+#include "SmartCommand.h"
 
 namespace brisko {
 namespace {
@@ -14,8 +17,8 @@ std::unique_ptr<Command> make() {
 }
 
 constexpr Maker kMakers[] = {
-    make<JunkCommand>,
-    make<DuplicatesCommand>,
+    make<JunkCommand>, make<DuplicatesCommand>, make<DisksCommand>,
+    make<DiskCommand>, make<SmartCommand>,
 };
 
 }  // namespace
