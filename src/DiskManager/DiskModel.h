@@ -2,10 +2,10 @@
 
 #include "DiskAndVolumeObj.h"
 #include "DiskDetail.h"
+#include "DiskFormat.h"
 #include "DiskHealth.h"
 #include "DiskOffers.h"
 #include "DiskTree.h"
-#include "Format/DiskFormat.h"
 
 #include <functional>
 #include <memory>
