@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 namespace brisko::diskutil {
 namespace {
@@ -67,9 +68,11 @@ void list(const std::vector<std::string>& words, bool asPropertyList) {
   print(shownListing(inventory));
   const std::vector<std::string> unreadable = inventory.unreadable();
   if (!unreadable.empty()) {
-    fmt::print(stderr, "diskutil: {} of these could not be looked into ({}…): that takes the "
-                       "administrator\n",
-               unreadable.size(), unreadable.front());
+    std::string names;
+    for (const std::string& name : unreadable)
+      names += (names.empty() ? "" : ", ") + escapedForDisplay(name);
+    fmt::print(stderr, "diskutil: no permission to look into {}{}\n", names,
+               geteuid() == 0 ? "" : "; the administrator has it");
   }
 }
 

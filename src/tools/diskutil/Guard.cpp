@@ -66,6 +66,7 @@ void refuseUnlessVolume(const Inventory& inventory, const Device& device) {
     throw Failure(name + " is a whole disk with partitions; say one of its volumes");
   if (device.isWhole() && !signature.tableType.empty() && signature.usage.empty())
     throw Failure(name + " is a whole disk with a partition table, not a volume");
+  if (!signature.isKnown) throw Failure(name + " cannot be looked into");
   if (device.isExtended()) throw Failure(name + " is a partition that holds others, not a volume");
   if (device.block.isOptical) throw Failure(name + " is an optical disc");
   if (device.block.isReadOnly) throw Failure(name + " cannot be written: it is read-only");

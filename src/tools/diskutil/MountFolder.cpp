@@ -18,6 +18,10 @@ bool isFolderOfVolumes(const fs::path& folder) {
 
 }  // namespace
 
+bool MountFolder::isNamedAfterVolume(const std::string& folder) {
+  return isFolderOfVolumes(fs::path(folder).parent_path());
+}
+
 MountFolder::MountFolder(const std::string& old, const std::string& name) : old_(old), path_(old) {
   const fs::path parent = fs::path(old).parent_path();
   std::string wanted = name;

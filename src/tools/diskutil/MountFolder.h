@@ -9,6 +9,9 @@ namespace brisko::diskutil {
 /// and the old one taken away when that is empty; any other folder stays.
 class MountFolder {
  public:
+  /// True for a folder that is named after the volume.
+  static bool isNamedAfterVolume(const std::string& folder);
+
   /// `old` is where it was mounted, `name` what it is called now.
   MountFolder(const std::string& old, const std::string& name);
   /// Takes a new folder away again unless `keep` was called.

@@ -2,12 +2,13 @@
 
 #include "CommUti.h"
 #include "Description.h"
+#include "DirectWay.h"
 #include "Failure.h"
 #include "FileSystems.h"
 #include "Guard.h"
+#include "MountFolder.h"
 #include "SystemLog.h"
 #include "UDisksWay.h"
-#include "DirectWay.h"
 
 #include <algorithm>
 #include <csignal>
@@ -107,10 +108,10 @@ void refuseSize(const Format& format, const Device& device) {
 
 Report make(const Inventory& inventory, const Device& device, const Format& format,
             const std::string& name) {
+  const std::unique_ptr<Way> way = openWay();
   refuseUnlessVolume(inventory, device);
   refuseInUse(inventory, device);
   refuseSize(format, device);
-  const std::unique_ptr<Way> way = openWay();
   way->checkFormat(device, format);
 
   ignoreInterrupts();
@@ -156,6 +157,7 @@ std::unique_ptr<Way> openWay() {
 Report rename(const std::string& volume, const std::string& name) {
   const Inventory inventory = Inventory::read(true);
   const Device& device = inventory.findVolume(volume);
+  const std::unique_ptr<Way> way = openWay();
   const std::string& type = device.signature.type;
   const std::string& id = device.block.identifier;
   if (type.empty() || device.signature.usage != "filesystem")
@@ -164,16 +166,21 @@ Report rename(const std::string& volume, const std::string& name) {
   refuseLabel(type, name);
   refuseNamedInStart(device);
   const std::string stored = storedLabel(type, name);
-  const std::unique_ptr<Way> way = openWay();
   way->checkRename(device, stored);
 
   const auto labeller = labellerFor(type, stored, device.block.node());
   const bool whileMounted = labeller && labeller->whileMounted;
   Unmounted mounts(*way);
-  if (!whileMounted) {
-    refuseInUse(inventory, device);
-    ignoreInterrupts();
-    mounts.take({&device});
+  ignoreInterrupts();
+  try {
+    // A folder that is named after the volume changes with it, where that can be done.
+    const Mount* mount = device.mainMount();
+    if (!whileMounted || (mount != nullptr && MountFolder::isNamedAfterVolume(mount->target))) {
+      refuseInUse(inventory, device);
+      mounts.take({&device});
+    }
+  } catch (const Failure&) {
+    if (!whileMounted) throw;
   }
   Report report;
   try {

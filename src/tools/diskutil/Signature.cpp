@@ -76,8 +76,8 @@ Signature fromDevice(const LinuxBlockDevice& device) {
                                                      BLKID_SUBLKS_VERSION);
   blkid_probe_enable_partitions(probe.get(), 1);
   blkid_probe_set_partitions_flags(probe.get(), BLKID_PARTS_ENTRY_DETAILS);
-  // Two signatures that contradict each other count as none.
-  signature.isKnown = blkid_do_safeprobe(probe.get()) >= 0;
+  // Two signatures that contradict each other (-2) count as none.
+  signature.isKnown = blkid_do_safeprobe(probe.get()) != -1;
   signature.type = value(probe, "TYPE");
   signature.version = value(probe, "VERSION");
   signature.usage = value(probe, "USAGE");
