@@ -77,7 +77,8 @@ void DiskModel::takeTree(DiskTree tree, std::vector<MountedVolume> mounted) {
   isScan_ = false;
   wasScanned_ = true;
   tell(&DiskModelListener::treeChanged);
-  DiskNode chosen = diskNodeWithId(allDiskArr_, chosenId_);
+  DiskNode chosen =
+      chosenIsDisk_ ? diskWithId(allDiskArr_, chosenId_) : volumeWithId(allDiskArr_, chosenId_);
   select(chosen ? std::move(chosen) : std::move(tree.first));
   tell(&DiskModelListener::busyChanged);
 }
@@ -87,6 +88,7 @@ void DiskModel::takeTree(DiskTree tree, std::vector<MountedVolume> mounted) {
 bool DiskModel::shouldSelectItem(const DiskNode& node) {
   if (!isCanClick_) return false;
   chosenId_ = node ? node->diskId : "";
+  chosenIsDisk_ = node && node->isDisk;
   select(node);
   return true;
 }

@@ -116,6 +116,7 @@ class DiskModel {
   std::string complaints_;
   DiskNode selectVolumes_;
   std::string chosenId_;  ///< of the row that the user chose
+  bool chosenIsDisk_ = false;
   DiskOffers offers_;
   bool isScan_ = false;
   bool wasScanned_ = false;

@@ -190,18 +190,20 @@ DiskTreeRules DiskTreeRules::forVolumeLists() {
 }
 
 bool isSystemVolume(const std::vector<DiskNode>& disks, const DiskAndVolumeObj& node) {
-  if (disks.empty() || disks.front()->chrArr.empty()) return false;
+  if (node.isDisk || disks.empty() || disks.front()->chrArr.empty()) return false;
   return disks.front()->chrArr.front()->diskId == node.diskId;
 }
 
-DiskNode diskNodeWithId(const std::vector<DiskNode>& disks, std::string id) {
+DiskNode diskWithId(const std::vector<DiskNode>& disks, std::string id) {
   if (id.starts_with("/dev/")) id.erase(0, 5);
-  if (id.empty()) return nullptr;
+  const auto found = std::find_if(disks.begin(), disks.end(),
+                                  [&](const DiskNode& disk) { return disk->diskId == id; });
+  return id.empty() || found == disks.end() ? nullptr : *found;
+}
+
+DiskNode volumeWithId(const std::vector<DiskNode>& disks, std::string id) {
   for (const DiskNode& disk : disks) {
-    if (disk->diskId == id) return disk;
-    for (const DiskNode& volume : disk->chrArr) {
-      if (volume->diskId == id) return volume;
-    }
+    if (DiskNode volume = diskWithId(disk->chrArr, id)) return volume;
   }
   return nullptr;
 }

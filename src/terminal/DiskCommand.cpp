@@ -3,8 +3,8 @@
 #include "DiskAndVolumeInfo.h"
 #include "DiskCommandText.h"
 #include "DiskDetail.h"
+#include "DiskFormat.h"
 #include "DisksReport.h"
-#include "Format/DiskFormat.h"
 #include "Interruption.h"
 #include "Output.h"
 #include "SystemLog.h"
@@ -130,7 +130,7 @@ int DiskCommand::execute(const GlobalOptions& global) {
     }
   }
   const DiskListing listing = DiskListing::take();
-  const DiskNode node = listing.nodeNamed(id_);
+  const DiskNode node = listing.nodeNamed(id_, true);
   if (!node) return kNotDone;
   if (rename_->parsed()) return rename(listing, node, global);
   return format_->parsed() ? format(listing, node, global) : eject(listing, node, global);

@@ -22,7 +22,7 @@ int DisksCommand::execute(const GlobalOptions& global) {
         writeOut(global.json ? documentText(disksDocument(listing)) : disksText(listing));
     return written ? kDone : kNotDone;
   }
-  const DiskNode node = listing.nodeNamed(id_);
+  const DiskNode node = listing.nodeNamed(id_, false);
   if (!node) return kNotDone;
   const bool written =
       writeOut(global.json ? documentText(diskDocument(listing, *node)) : diskText(listing, *node));

@@ -59,6 +59,51 @@ std::string offered(const DiskOffers& offers, const DiskDetail& detail) {
   return words.empty() ? "nothing" : words;
 }
 
+// The volume of a disk that holds a file system without partitions.
+DiskNode ownVolume(const DiskAndVolumeObj& node) {
+  return node.isDisk ? diskWithId(node.chrArr, node.diskId) : nullptr;
+}
+
+void addDetail(Json& document, const DiskListing& listing, const DiskAndVolumeObj& node) {
+  const DiskDetail detail = diskDetail(node, isSystemVolume(listing.tree.disks, node));
+  const DiskOffers offers = listing.offersFor(node);
+  Json& panel = document["detail"];
+  setPath(panel, "title", detail.title);
+  setPath(panel, "subtitle", detail.subtitle);
+  panel["rows"] = Json::array();
+  for (const auto* column : {&detail.left, &detail.right}) {
+    for (const DiskDetailRow& row : *column) {
+      Json one = {{"caption", row.caption}};
+      setPath(one, "value", row.value);
+      panel["rows"].push_back(std::move(one));
+    }
+  }
+  panel["usage"] = {{"caption", detail.usageCaption},
+                    {"value", detail.usageValue},
+                    {"percent", detail.usagePercent}};
+  document["offers"] = {{"rename", offers.rename && detail.renameAllowed},
+                        {"format", offers.format},
+                        {"eject", offers.eject}};
+}
+
+std::string nodeText(const DiskListing& listing, const DiskAndVolumeObj& node) {
+  const Style style = Style::ofStandardOutput();
+  const DiskDetail detail = diskDetail(node, isSystemVolume(listing.tree.disks, node));
+  std::string text = style.bold(escapedForDisplay(detail.title)) + "\n" +
+                     style.dim(escapedForDisplay(detail.subtitle)) + "\n\n";
+  for (const auto* column : {&detail.left, &detail.right}) {
+    for (const DiskDetailRow& row : *column) {
+      text +=
+          "  " + leftAligned(row.caption, kCaptionColumns) + escapedForDisplay(row.value) + "\n";
+    }
+  }
+  text += fmt::format("\n  {}{} ({}%)\n", leftAligned(detail.usageCaption + ":", kCaptionColumns),
+                      detail.usageValue, detail.usagePercent);
+  text += "  " + leftAligned("Offered:", kCaptionColumns) +
+          offered(listing.offersFor(node), detail) + "\n";
+  return text;
+}
+
 }  // namespace
 
 DiskListing DiskListing::take() {
@@ -71,8 +116,9 @@ DiskListing DiskListing::take() {
   return listing;
 }
 
-DiskNode DiskListing::nodeNamed(const std::string& id) const {
-  DiskNode node = diskNodeWithId(tree.disks, id);
+DiskNode DiskListing::nodeNamed(const std::string& id, bool prefersVolume) const {
+  DiskNode node = prefersVolume ? volumeWithId(tree.disks, id) : diskWithId(tree.disks, id);
+  if (!node) node = prefersVolume ? diskWithId(tree.disks, id) : volumeWithId(tree.disks, id);
   if (!node) {
     writeError(fmt::format("no disk or volume \"{}\"; \"brisko disks\" lists them", id));
   }
@@ -129,27 +175,10 @@ Json disksDocument(const DiskListing& listing) {
 }
 
 Json diskDocument(const DiskListing& listing, const DiskAndVolumeObj& node) {
-  const DiskDetail detail = diskDetail(node, isSystemVolume(listing.tree.disks, node));
-  const DiskOffers offers = listing.offersFor(node);
   Json document;
   document["disks"] = Json::array({diskJson(node)});
-  Json& panel = document["detail"];
-  setPath(panel, "title", detail.title);
-  setPath(panel, "subtitle", detail.subtitle);
-  panel["rows"] = Json::array();
-  for (const auto* column : {&detail.left, &detail.right}) {
-    for (const DiskDetailRow& row : *column) {
-      Json one = {{"caption", row.caption}};
-      setPath(one, "value", row.value);
-      panel["rows"].push_back(std::move(one));
-    }
-  }
-  panel["usage"] = {{"caption", detail.usageCaption},
-                    {"value", detail.usageValue},
-                    {"percent", detail.usagePercent}};
-  document["offers"] = {{"rename", offers.rename && detail.renameAllowed},
-                        {"format", offers.format},
-                        {"eject", offers.eject}};
+  addDetail(document, listing, node);
+  if (const DiskNode volume = ownVolume(node)) addDetail(document["volume"], listing, *volume);
   return document;
 }
 
@@ -167,21 +196,8 @@ std::string disksText(const DiskListing& listing) {
 }
 
 std::string diskText(const DiskListing& listing, const DiskAndVolumeObj& node) {
-  const Style style = Style::ofStandardOutput();
-  const DiskDetail detail = diskDetail(node, isSystemVolume(listing.tree.disks, node));
-  std::string text = style.bold(escapedForDisplay(detail.title)) + "\n" +
-                     style.dim(escapedForDisplay(detail.subtitle)) + "\n\n";
-  for (const auto* column : {&detail.left, &detail.right}) {
-    for (const DiskDetailRow& row : *column) {
-      text +=
-          "  " + leftAligned(row.caption, kCaptionColumns) + escapedForDisplay(row.value) + "\n";
-    }
-  }
-  text += fmt::format("\n  {}{} ({}%)\n", leftAligned(detail.usageCaption + ":", kCaptionColumns),
-                      detail.usageValue, detail.usagePercent);
-  text += "  " + leftAligned("Offered:", kCaptionColumns) +
-          offered(listing.offersFor(node), detail) + "\n";
-  return text;
+  const DiskNode volume = ownVolume(node);
+  return nodeText(listing, node) + (volume ? "\n" + nodeText(listing, *volume) : "");
 }
 
 }  // namespace brisko

@@ -16,8 +16,9 @@ struct DiskListing {
 
   static DiskListing take();
 
-  /// The node with this identifier, or null after one line on standard error.
-  DiskNode nodeNamed(const std::string& id) const;
+  /// The node with this identifier, or null after one line on standard error. Where disk and volume
+  /// have the same one, `prefersVolume` decides.
+  DiskNode nodeNamed(const std::string& id, bool prefersVolume) const;
   DiskOffers offersFor(const DiskAndVolumeObj& node) const;
 };
 
@@ -26,7 +27,8 @@ Json diskJson(const DiskAndVolumeObj& node);
 
 /// All disks as a document: {"disks":[…]}.
 Json disksDocument(const DiskListing& listing);
-/// One node: its fields, what is shown of it, and what is offered.
+/// One node: its fields, what is shown of it, and what is offered. A disk that is its own volume has
+/// that volume's detail beside its own.
 Json diskDocument(const DiskListing& listing, const DiskAndVolumeObj& node);
 
 std::string disksText(const DiskListing& listing);

@@ -1,9 +1,13 @@
 // Renders the window's states into pictures: Screenshots FOLDER, under any platform.
 
+#include "APFSScanWindowController.h"
 #include "AppDelegate.h"
 #include "BriskoStyle.h"
+#include "DemoDisks.h"
 #include "DemoDuplicates.h"
 #include "DemoRoot.h"
+#include "DiskOutline.h"
+#include "DiskViewController.h"
 #include "Dispatch.h"
 #include "DuplicateOutline.h"
 #include "DuplicateTreeModel.h"
@@ -15,6 +19,7 @@
 #include "MainQueuePump.h"
 #include "MainWindow.h"
 #include "MyNSApplication.h"
+#include "NTFSWindowController.h"
 #include "PageController.h"
 #include "RingButton.h"
 #include "SegmentBar.h"
@@ -221,11 +226,56 @@ void takeDuplicatePictures(AppDelegate& delegate, test::DemoRoot& root) {
   click(page, "nothingButton");
 }
 
-void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
+void waitForDisks(DiskViewController& disks) {
+  while (disks.model().isScan() || !disks.isCanClick() ||
+         disks.model().health().state() == DiskHealth::State::reading)
+    settle(20);
+}
+
+void takeDiskPictures(AppDelegate& delegate) {
+  auto& disks = static_cast<DiskViewController&>(*delegate.pages()[5]);
+  QWidget* page = disks.getView();
+  delegate.goToPage(5);
+  disks.getDiskInfo();
+  waitForDisks(disks);
+  auto* outline = page->findChild<DiskOutline*>();
+  const QAbstractItemModel& rows = *outline->model();
+  outline->setCurrentIndex(rows.index(0, 0));
+  waitForDisks(disks);
+  save(delegate.window(), "disk-manager");
+  outline->setCurrentIndex(rows.index(0, 0, rows.index(1, 0)));
+  save(delegate.window(), "disk-volume");
+  click(page, "renameButton");
+  save(delegate.window(), "disk-rename");
+  click(page, "renameCancelButton");
+  QTimer::singleShot(150, [] {
+    QWidget* panel = QApplication::activeModalWidget();
+    save(panel, "disk-format");
+    click(panel, "okButton");
+    saveNow(panel, "disk-formatting");
+  });
+  click(page, "formatButton");
+  answerNext("disk-formatted", "closeButton");
+  settle(1500);
+  waitForDisks(disks);
+  outline->setCurrentIndex(rows.index(2, 0));
+  waitForDisks(disks);
+  save(delegate.window(), "disk-no-health");
+  NTFSWindowController ntfs(delegate.window());
+  ntfs.show();
+  save(&ntfs, "notice-ntfs");
+  ntfs.hide();
+  APFSScanWindowController protectedFiles(delegate.window());
+  protectedFiles.show();
+  save(&protectedFiles, "notice-protected");
+  protectedFiles.hide();
+}
+
+void takePictures(AppDelegate& delegate, test::DemoRoot& root, const test::DemoDisks& demoDisks) {
   delegate.goToPage(0);
   save(delegate.window(), "system-status");
-  delegate.goToPage(5);
-  save(delegate.window(), "disk-manager");
+  demoDisks.mount();
+  takeDiskPictures(delegate);
   takeJunkPictures(delegate, root);
   takeDuplicatePictures(delegate, root);
   TCPreferenceWindowController about(delegate.window());
@@ -258,6 +308,7 @@ int main(int argc, char** argv) {
                         volume("Photos", "/media/anna/Photos", Place::externalBus,
                                2'000'000'000'000, 131'000'000'000)};
   Host::current().workspace = std::move(workspace);
+  const test::DemoDisks disks(root.path());
   // Dates are in the pictures.
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
   MyNSApplication application(argc, argv);
@@ -270,7 +321,7 @@ int main(int argc, char** argv) {
   for (auto appearance : {Theme::Appearance::light, Theme::Appearance::dark}) {
     Theme::shared().setAppearance(appearance);
     root.fill();
-    takePictures(delegate, root);
+    takePictures(delegate, root, disks);
   }
   return 0;
 }
