@@ -81,6 +81,7 @@ void DiskDetailView::show(const DiskDetail& detail) {
   usageCaption_->setText(getLocalizedString(detail.usageCaption.c_str()));
   usageValue_->setText(displayText(detail.usageValue));
   bar_->setFraction(detail.usagePercent / 100.0);
+  bar_->setWarnsWhenFull(detail.freeSpaceShown);
   bar_->setAccessibleName(usageCaption_->text() + QLatin1Char(' ') + usageValue_->text());
   freeCaption_->setVisible(detail.freeSpaceShown);
   freeValue_->setVisible(detail.freeSpaceShown);

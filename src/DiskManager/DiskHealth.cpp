@@ -21,7 +21,7 @@ std::string groupedNumber(std::uint64_t number) {
 std::string smartExplanation(const CSMARTAttribute& reader, const std::string& device) {
   const int error = reader.error();
   if (reader.state() == CSMARTAttribute::State::noDevice) {
-    return "No drive here reports its health.";
+    return fmt::format("No drive \"{}\" here that reports its health.", device);
   }
   if (error == EACCES || error == EPERM) {
     return fmt::format(
@@ -83,7 +83,11 @@ void DiskHealth::start(const std::string& device) {
 void DiskHealth::take(std::shared_ptr<CSMARTAttribute> reader) {
   const bool answers = reader->state() == CSMARTAttribute::State::answering;
   state_ = answers ? State::shown : State::silent;
-  if (!answers) explanation_ = smartExplanation(*reader, device_);
+  if (!answers) {
+    explanation_ = reader->state() == CSMARTAttribute::State::noDevice
+                       ? "This drive does not report its health."
+                       : smartExplanation(*reader, device_);
+  }
   reader_ = std::move(reader);
   changed_();
 }

@@ -11,7 +11,6 @@ FormatEndViewController::FormatEndViewController(QWidget* parent)
   ui_->setupUi(this);
   closeButton = ui_->closeButton;
   connect(closeButton, &QPushButton::clicked, this, [this] { superDelegate->done(0); });
-  closeButton->setFocus();
 }
 
 FormatEndViewController::~FormatEndViewController() = default;
@@ -38,6 +37,7 @@ void FormatEndViewController::showEnd(const FormatPlan& plan, const DiskCommandE
         getLocalizedString("The system goes on by itself; the volume comes back when it is done.");
   }
   ui_->titleLabel->setText(title);
+  closeButton->setFocus();
   ui_->textLabel->setText(text);
   if (superDelegate != nullptr) superDelegate->setAccessibleName(title);
 }

@@ -2,6 +2,7 @@
 
 #include "FakeSmartDevice.h"
 #include "Host.h"
+#include "UnlinkGuard.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -17,6 +18,8 @@ using Fields = MadeDisks::Fields;
 // Beside the root: what is cleaned there must not take the disks along.
 std::string folderBeside(const std::string& root) {
   const std::string folder = root + "-disks";
+  UnlinkGuard::allow(root);
+  UnlinkGuard::allow(folder);
   fs::remove_all(folder);
   fs::create_directories(folder);
   return folder;
@@ -32,6 +35,11 @@ Fields volume(const char* name, std::uint64_t size, std::uint64_t free, const ch
 }
 
 }  // namespace
+
+DemoDisks::~DemoDisks() {
+  std::error_code error;
+  fs::remove_all(root_ + "-disks", error);
+}
 
 DemoDisks::DemoDisks(const std::string& root) : root_(root), disks_(folderBeside(root)) {
   ::setenv("BRISKO_TOOLS", disks_.tools().c_str(), 1);

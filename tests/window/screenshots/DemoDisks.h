@@ -12,6 +12,9 @@ class DemoDisks {
  public:
   /// Below the demo's root.
   explicit DemoDisks(const std::string& root);
+  ~DemoDisks();
+  DemoDisks(const DemoDisks&) = delete;
+  DemoDisks& operator=(const DemoDisks&) = delete;
   /// Makes the places in which the volumes are mounted, which a cleared root has lost.
   void mount() const;
 
