@@ -4,6 +4,11 @@
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
 #include "LoginItemsCommand.h"
+#include "DiskCommand.h"
+#include "DisksCommand.h"
+#include "DuplicatesCommand.h"
+#include "JunkCommand.h"
+#include "SmartCommand.h"
 
 namespace brisko {
 namespace {
@@ -20,6 +25,8 @@ constexpr Maker kMakers[] = {
     make<DuplicatesCommand>,
     make<LoginItemsCommand>,
     make<CheckUpdateCommand>,
+    make<JunkCommand>, make<DuplicatesCommand>, make<DisksCommand>,
+    make<DiskCommand>, make<SmartCommand>,
 };
 
 }  // namespace

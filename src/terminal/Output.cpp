@@ -127,13 +127,18 @@ bool canConfirm() {
   return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0;
 }
 
-bool confirm(const std::string& question) {
-  fmt::print(stderr, "{} [y/N] ", question);
+std::string ask(const std::string& question) {
+  fmt::print(stderr, "{} ", question);
   std::fflush(stderr);
   std::string answer;
   char byte = 0;
   while (::read(STDIN_FILENO, &byte, 1) == 1 && byte != '\n')
     answer += byte;
+  return answer;
+}
+
+bool confirm(const std::string& question) {
+  std::string answer = ask(question + " [y/N]");
   std::transform(answer.begin(), answer.end(), answer.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return answer == "y" || answer == "yes";

@@ -56,6 +56,8 @@ class ProgressLine {
 
 /// Asks on standard error and reads standard input. True only for "y" or "yes".
 bool confirm(const std::string& question);
+/// Asks on standard error and returns the line that was typed, without its end.
+std::string ask(const std::string& question);
 /// Whether a question can be asked: both ends are a terminal.
 bool canConfirm();
 

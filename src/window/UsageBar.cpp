@@ -21,6 +21,11 @@ void UsageBar::setFraction(double fraction) {
   update();
 }
 
+void UsageBar::setWarnsWhenFull(bool warns) {
+  warnsWhenFull_ = warns;
+  update();
+}
+
 void UsageBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
@@ -29,8 +34,8 @@ void UsageBar::paintEvent(QPaintEvent*) {
   painter.setBrush(themeColor(Theme::Token::track));
   painter.drawRoundedRect(rect(), radius, radius);
   if (fraction_ <= 0) return;
-  painter.setBrush(
-      themeColor(fraction_ >= 0.9 ? Theme::Token::warningFill : Theme::Token::accentFill));
+  const bool isWarning = warnsWhenFull_ && fraction_ >= 0.9;
+  painter.setBrush(themeColor(isWarning ? Theme::Token::warningFill : Theme::Token::accentFill));
   const qreal length = std::max<qreal>(height(), width() * fraction_);
   painter.drawRoundedRect(QRectF(0, 0, length, height()), radius, radius);
 }

@@ -14,6 +14,8 @@ class UsageBar : public QWidget {
   /// 0 to 1. From 0.9 on the bar is drawn as a warning.
   void setFraction(double fraction);
   double fraction() const { return fraction_; }
+  /// Whether a full bar is a warning, as it is to begin with; not where it stands for a whole.
+  void setWarnsWhenFull(bool warns);
 
   QSize sizeHint() const override { return {160, 8}; }
 
@@ -22,6 +24,7 @@ class UsageBar : public QWidget {
 
  private:
   double fraction_ = 0;
+  bool warnsWhenFull_ = true;
 };
 
 }  // namespace brisko

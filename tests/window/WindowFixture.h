@@ -81,6 +81,9 @@ class WindowFixture : public testing::Test {
   }
 
   TemporaryFolder root;
+  // No disk tool, and fixed files of this test's own: the Disk Manager looks as soon as it is made.
+  Environment tools{"BRISKO_TOOLS", root.folder("no tools").c_str()};
+  Environment runtime{"XDG_RUNTIME_DIR", root.folder("runtime").c_str()};
   TestHost host;
   FakeWorkspace* workspace = nullptr;
   std::unique_ptr<AppDelegate> delegate;
