@@ -1,5 +1,6 @@
 #include "Controller.h"
 
+#include "FileFilter.h"
 #include "Host.h"
 #include "Progress.h"
 #include "ProtectedPaths.h"
@@ -65,7 +66,7 @@ std::string Controller::lockReason(const FileNode& node) const {
   const std::string path = node._path();
   if (SystemFolder::isSystemFileWithFilePath(path)) return "it belongs to the system";
   if (auto reason = ProtectedPaths::current()->reasonFor(path)) return *reason;
-  if (filter_.isActive() && node.folder != nullptr && node.folder->matching < node.folder->files) {
+  if (isCut(node)) {
     return "the filter hides some of what is in it";
   }
   return {};

@@ -92,9 +92,7 @@ void Controller::selectAllFileNode(bool select) {
     const bool looksUp = aRootArr().size() <= kFewEntries;
     for (FileNode* node : aRootArr()) {
       if (!isShown(*node)) continue;
-      if (looksUp ? !lockReason(*node).empty() : filter_.isActive() && node->folder != nullptr) {
-        continue;
-      }
+      if (isCut(*node) || (looksUp && !lockReason(*node).empty())) continue;
       changeChildrenFilNodeStateWithFileNode(*node, true);
     }
   }

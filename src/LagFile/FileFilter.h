@@ -28,4 +28,9 @@ inline bool isShown(const FileNode& node) {
   return node.folder->matching > 0 || node.folder->files == 0;
 }
 
+/// Whether the filter hides something of what is in the folder.
+inline bool isCut(const FileNode& node) {
+  return node.folder != nullptr && node.folder->matching < node.folder->files;
+}
+
 }  // namespace brisko

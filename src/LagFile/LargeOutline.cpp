@@ -52,7 +52,7 @@ class LargeOutlineDelegate : public QStyledItemDelegate {
  private:
   static void paintBox(QPainter* painter, const QRect& rect, const QModelIndex& index) {
     const std::string image = index.data(ImageNameRole).toString().toStdString();
-    if (image.empty()) return;
+    if (image.empty() || index.data(CutRole).toBool()) return;
     const bool isLocked = !index.data(LockRole).toString().isEmpty();
     QRectF area(0, 0, isLocked ? 17 : 20, isLocked ? 17 : 20);
     area.moveCenter(QRectF(rect).center());

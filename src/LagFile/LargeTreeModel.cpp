@@ -217,6 +217,8 @@ QVariant LargeTreeModel::data(const QModelIndex& index, int role) const {
       return displayText(at.reason());
     case SizeColorRole:
       return sizeColor(at.size);
+    case CutRole:
+      return isCut(at);
     case MoreRole:
       return false;
     default:

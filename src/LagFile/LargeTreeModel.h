@@ -15,6 +15,7 @@ enum LargeRole : int {
   LockRole = Qt::UserRole + 16,  ///< why it cannot be ticked, as text; empty when it can
   ReasonRole,                    ///< why a folder's content is not all there
   SizeColorRole,
+  CutRole,   ///< true for a folder of which the filter hides something: it has no box
   MoreRole,  ///< true for the row that stands for the smaller entries of a folder
 };
 

@@ -281,6 +281,11 @@ void ListFileViewController::applyFilter() {
 void ListFileViewController::reloadTree() {
   tree_->refresh();
   tree_->ticksChanged();
+  // A row that has left takes the highlight with it without a word.
+  if (!ui_->outline->currentIndex().isValid()) {
+    showNode(nullptr);
+    ui_->treemap->setCurrent(nullptr);
+  }
   ui_->outline->viewport()->update();
   ui_->treemap->contentChanged();
   ui_->outline->selectAllBox()->setImageName(controller_.changeSelectAllButtonState());

@@ -199,7 +199,7 @@ TEST_F(NodeTree, ADeepChainAndAWideFolderAreWalkedWhole) {
     ASSERT_EQ(::ftruncate(file.get(), 7), 0);
   });
   folder.folder("wide");
-  for (int i = 0; i < 2500; ++i) {
+  for (int i = 0; i < 1500; ++i) {
     FileDescriptor file(
         ::open((folder / "wide/" + std::to_string(i)).c_str(), O_CREAT | O_WRONLY, 0644));
     ASSERT_EQ(::ftruncate(file.get(), i % 50), 0);
@@ -216,7 +216,7 @@ TEST_F(NodeTree, ADeepChainAndAWideFolderAreWalkedWhole) {
   EXPECT_EQ(depth, kDepth);
   EXPECT_EQ(at->_path().size(), folder.path().size() + 5 + 2 * kDepth);
   const auto& wide = node("wide")->children();
-  ASSERT_EQ(wide.size(), 2500U);
+  ASSERT_EQ(wide.size(), 1500U);
   EXPECT_TRUE(std::is_sorted(wide.begin(), wide.end(), [](const FileNode* a, const FileNode* b) {
     return standsBefore(*a, *b);
   }));
