@@ -97,6 +97,11 @@ void ProtectedPaths::add(const PropertyList& table) {
 bool ProtectedPaths::addTable(const PropertyList& table) {
   if (!table.isDictionary() || table.dictionary().empty()) return false;
   for (const auto& [key, list] : table.dictionary()) {
+    // A numbered place; see SystemFolder.
+    if (!key.empty() && key.find_first_not_of("0123456789") == std::string::npos) {
+      if (!list.isString() || !addPlace(list.string(), self)) return false;
+      continue;
+    }
     if (!list.isArray() || list.array().empty()) return false;
     if (key == "rotatedNames") {
       for (const PropertyList& name : list.array()) {

@@ -9,6 +9,7 @@
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
 #include "SmartCommand.h"
+#include "LargeCommand.h"
 
 namespace brisko {
 namespace {
@@ -27,6 +28,7 @@ constexpr Maker kMakers[] = {
     make<CheckUpdateCommand>,
     make<JunkCommand>, make<DuplicatesCommand>, make<DisksCommand>,
     make<DiskCommand>, make<SmartCommand>,
+    make<LargeCommand>,
 };
 
 }  // namespace

@@ -6,17 +6,16 @@
 namespace brisko {
 namespace {
 
-MessagePanel::Content question(std::size_t count, std::uint64_t bytes) {
+MessagePanel::Content question(std::size_t count, std::uint64_t bytes,
+                               const MarkSureDeleteWC::Texts& texts) {
   using Style = MessagePanel::Answer::Style;
   MessagePanel::Content content;
   content.imageName = "ic_trash";
-  content.title = removalText(count, bytes, "Remove %@ file (%@)?", "Remove %@ files (%@)?");
-  content.text = getLocalizedString(
-      "They are removed for good and do not go to the trash. Each one is compared with another "
-      "copy first, byte by byte, and stays when there is none.");
+  content.title = removalText(count, bytes, texts.oneTitle, texts.manyTitle);
+  content.text = getLocalizedString(texts.text);
   content.answers = {
       {getLocalizedString("Cancel"), Style::plain, 0},
-      {removalText(count, bytes, "Remove %@ File", "Remove %@ Files"), Style::danger, 1}};
+      {removalText(count, bytes, texts.oneAnswer, texts.manyAnswer), Style::danger, 1}};
   return content;
 }
 
@@ -29,6 +28,10 @@ QString removalText(std::size_t count, std::uint64_t bytes, const char* one, con
 }
 
 MarkSureDeleteWC::MarkSureDeleteWC(std::size_t count, std::uint64_t bytes, QWidget* parent)
-    : MessagePanel(question(count, bytes), parent) {}
+    : MarkSureDeleteWC(count, bytes, parent, Texts()) {}
+
+MarkSureDeleteWC::MarkSureDeleteWC(std::size_t count, std::uint64_t bytes, QWidget* parent,
+                                   const Texts& texts)
+    : MessagePanel(question(count, bytes, texts), parent) {}
 
 }  // namespace brisko
