@@ -2,6 +2,7 @@
 
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
+#include "ShredCommand.h"
 
 namespace brisko {
 namespace {
@@ -16,6 +17,7 @@ std::unique_ptr<Command> make() {
 constexpr Maker kMakers[] = {
     make<JunkCommand>,
     make<DuplicatesCommand>,
+    make<ShredCommand>,
 };
 
 }  // namespace
