@@ -191,10 +191,11 @@ bool FileErasure::rename(std::string& meaningless) const {
 FileErasure::Reason FileErasure::takeAway() {
   if (EraserRun::isStopped()) return "stopped: overwritten, not removed";
   if (!isStillNamed(name_)) return wordsFor(ELOOP);
-  // Gives the blocks back as unused, which a file system that discards passes on to the medium.
-  ::fallocate(file_.get(), FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, 0,
-              std::max<off_t>(status_.st_size, 1));
-  if (::ftruncate(file_.get(), 0) != 0) return wordsFor(errno);
+  if (status_.st_size > 0) {
+    // Gives the blocks back as unused, which a file system that discards tells the medium.
+    ::fallocate(file_.get(), FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, 0, status_.st_size);
+    if (::ftruncate(file_.get(), 0) != 0) return wordsFor(errno);
+  }
 
   std::string now = name_;
   const bool isRenamed = rename(now);
