@@ -54,7 +54,8 @@ bool checkPermissionsIn(const ParentFolder& parent) {
 /// when the file stays.
 class Protection {
  public:
-  Protection(const ParentFolder& parent, const struct statx& facts) : mode_(facts.stx_mode & 07777) {
+  Protection(const ParentFolder& parent, const struct statx& facts)
+      : mode_(facts.stx_mode & 07777) {
     if (!S_ISREG(facts.stx_mode)) return;
     file_.reset(openWith(calls(), parent.folder.get(), parent.name.c_str(), O_PATH | O_NOFOLLOW,
                          kNoLinksNoMounts));
@@ -158,8 +159,7 @@ EraserOutcome EraserTask::outcomeOf(int status, const std::string& errors) const
 EraserOutcome EraserTask::removeItem() const {
   const ParentFolder parent = openParent(calls(), item_.url);
   struct statx facts;
-  if (parent.error == 0 &&
-      factsOf(calls(), parent.folder.get(), parent.name.c_str(), facts) == 0 &&
+  if (parent.error == 0 && factsOf(calls(), parent.folder.get(), parent.name.c_str(), facts) == 0 &&
       !isSameItem(facts, item_)) {
     return failure(kChanged);
   }

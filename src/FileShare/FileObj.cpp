@@ -86,7 +86,8 @@ class Expansion {
  private:
   struct Level {
     std::shared_ptr<FileObj> item;  ///< null for the top, which is not appended
-    std::unique_ptr<Catalog::Folder> folder;  ///< closed while it lies deep below the top of the stack
+    std::unique_ptr<Catalog::Folder>
+        folder;  ///< closed while it lies deep below the top of the stack
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     FileObjs entries;
@@ -123,7 +124,8 @@ class Expansion {
       }
     }
     if (level.folder->error() != 0 && level.item) {
-      level.item->reason = std::string("it cannot be read: ") + std::strerror(level.folder->error());
+      level.item->reason =
+          std::string("it cannot be read: ") + std::strerror(level.folder->error());
     }
   }
 

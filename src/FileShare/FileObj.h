@@ -13,20 +13,20 @@ namespace brisko {
 
 /// A file or folder in a list of the shredder.
 struct FileObj {
-  std::string name;        ///< last path component
-  std::string url;         ///< absolute path, its folder free of links
-  std::int64_t size = 0;   ///< bytes; 0 for folders and for what holds nothing
-  std::string icon;        ///< name in the icon-naming convention of desktops
-  std::string type;        ///< the path extension, or "Folder"
-  bool isDir = false;      ///< a link to a folder is none
-  bool isSelect = true;    ///< ticked
-  bool isSSD = false;      ///< it lies on a solid-state disk
-  std::string failStr;     ///< the outcome; empty before
+  std::string name;       ///< last path component
+  std::string url;        ///< absolute path, its folder free of links
+  std::int64_t size = 0;  ///< bytes; 0 for folders and for what holds nothing
+  std::string icon;       ///< name in the icon-naming convention of desktops
+  std::string type;       ///< the path extension, or "Folder"
+  bool isDir = false;     ///< a link to a folder is none
+  bool isSelect = true;   ///< ticked
+  bool isSSD = false;     ///< it lies on a solid-state disk
+  std::string failStr;    ///< the outcome; empty before
 
-  std::string reason;      ///< one line for people why it failed; empty else
+  std::string reason;  ///< one line for people why it failed; empty else
   /// What it was when it was added: nothing else is ever erased in its place.
   std::optional<FileIdentity> identity;
-  std::uint32_t links = 1; ///< names that the file has
+  std::uint32_t links = 1;  ///< names that the file has
 
   /// Finds out on what kind of disk it lies and fills in `isSSD`.
   void setIsSSD();

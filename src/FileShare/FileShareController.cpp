@@ -18,7 +18,7 @@
 namespace brisko {
 namespace {
 
-constexpr int kOutcomeWidth = 260;
+constexpr int kOutcomeWidth = 330;
 constexpr const char* kShortNames[] = {"quick", "U.S. DoE", "U.S. DoD", "Gutmann"};
 
 QString sizeText(std::uint64_t bytes) {
@@ -54,7 +54,6 @@ FileShareController::FileShareController()
   choose_ = [this] { return ItemChooser(getView()).choose(); };
   connectControls();
   model_.setListener(this);
-  showTimes();
   listChanged();
 }
 
@@ -106,8 +105,8 @@ void FileShareController::viewDragAction(const std::vector<std::string>& paths) 
   if (refused.isEmpty()) return;
   MessagePanel::Content content;
   content.imageName = "ic_warning";
-  content.title = countText(static_cast<std::size_t>(refused.size()),
-                            "%@ item was not added", "%@ items were not added");
+  content.title = countText(static_cast<std::size_t>(refused.size()), "%@ item was not added",
+                            "%@ items were not added");
   content.text = getLocalizedString("They cannot be erased, for the reason given.");
   content.details = refused;
   content.answers = {{getLocalizedString("Done"), MessagePanel::Answer::Style::primary, 0}};
@@ -171,13 +170,12 @@ bool FileShareController::isEraseWanted() {
   MessagePanel::Content content;
   content.imageName = "ic_shredder";
   const std::size_t count = model_.planCount();
-  content.title =
-      filledIn(countText(count, "Erase %@ item (%@) beyond recovery?",
-                         "Erase %@ items (%@) beyond recovery?"),
-               sizeText(model_.planBytes()));
+  content.title = filledIn(countText(count, "Erase %@ item (%@) beyond recovery?",
+                                     "Erase %@ items (%@) beyond recovery?"),
+                           sizeText(model_.planBytes()));
   content.text = getLocalizedString(
-      "Their content is overwritten and they are removed. Nothing can bring them back: they do not "
-      "go to the trash, and no recovery program finds them.");
+      "Their content is overwritten and they are removed. They do not go to the trash, and this "
+      "cannot be undone.");
   if (model_.hasSolidState()) {
     content.text += QLatin1Char(' ') +
                     getLocalizedString("Some lie on a solid-state disk, where one pass is made.");
@@ -199,7 +197,10 @@ void FileShareController::showEndShred() {
   const QString notes = notesText(model_.notes());
   if (model_.isFailedEraser() || model_.isCancel()) {
     shredProgessWC_->failedNodeLable()->setText(getLocalizedString(model_.errorString().c_str()));
-    shredProgessWC_->showFailView(notes);
+    const QString detail =
+        model_.isFailedEraser() ? getLocalizedString("The list tells why.") : QString();
+    shredProgessWC_->showFailView(
+        detail.isEmpty() || notes.isEmpty() ? detail + notes : detail + QLatin1Char('\n') + notes);
   } else {
     shredProgessWC_->showSeccView(
         countText(model_.deleteErrorArr().size(), "%@ item was erased", "%@ items were erased"),
@@ -212,16 +213,17 @@ void FileShareController::listChanged() {
   const bool isEmpty = model_.rowCount() == 0;
   ui_->views->setCurrentWidget(isEmpty ? ui_->dropView : ui_->listView);
   ui_->table->selectAllBox()->setImageName(model_.selectAllImage());
+  showTimes();
   pageChanged();
 }
 
 void FileShareController::pageChanged() {
   const bool isFree = model_.isCanClick();
   const std::size_t selected = model_.selectedCount();
-  ui_->eraseButton->setText(
-      model_.isPlanning() ? getLocalizedString("Stop")
-      : selected == 0     ? getLocalizedString("Erase")
-                          : countText(selected, "Erase %@ Item", "Erase %@ Items"));
+  ui_->eraseButton->setText(model_.isPlanning() ? getLocalizedString("Stop")
+                            : selected == 0
+                                ? getLocalizedString("Erase")
+                                : countText(selected, "Erase %@ Item", "Erase %@ Items"));
   ui_->eraseButton->setEnabled(model_.isPlanning() || (isFree && selected > 0));
   ui_->addButton->setEnabled(isFree);
   ui_->emptyListButton->setEnabled(isFree);

@@ -109,8 +109,8 @@ void FileShareModel::setAllSelectOrNoSelect(bool select) {
 }
 
 std::size_t FileShareModel::selectedCount() const {
-  return static_cast<std::size_t>(std::count_if(
-      valueArr_.begin(), valueArr_.end(), [](const auto& item) { return item->isSelect; }));
+  return static_cast<std::size_t>(std::count_if(valueArr_.begin(), valueArr_.end(),
+                                                [](const auto& item) { return item->isSelect; }));
 }
 
 const char* FileShareModel::selectAllImage() const {
@@ -176,8 +176,8 @@ void FileShareModel::doDeleteButtonClick() {
   errorString_.clear();
   isFailedEraser_ = false;
   isCancel_ = false;
-  removeFileAndFolder_ = std::make_shared<RemoveFileAndFolder>(
-      static_cast<RemoveFileAndFolderDelegate*>(this));
+  removeFileAndFolder_ =
+      std::make_shared<RemoveFileAndFolder>(static_cast<RemoveFileAndFolderDelegate*>(this));
   removeFileAndFolder_->setErasesAllNames(erasesAllNames_);
   if (timesForRun_) removeFileAndFolder_->setEraserTimes(*timesForRun_);
   tell(&FileShareModelListener::listChanged);
@@ -209,7 +209,7 @@ void FileShareModel::removeObjEnd(const FileObjs& items) {
   if (isCancel_) {
     errorString_ = kCancelled;
   } else if (isFailedEraser_) {
-    errorString_ = "Some items could not be erased. They are still where they were.";
+    errorString_ = "Some items could not be erased.";
   }
   tell(&FileShareModelListener::listChanged);
   tell(&FileShareModelListener::pageChanged);

@@ -22,8 +22,10 @@ struct EraserChoice {
 };
 
 inline constexpr std::array<EraserChoice, 4> kEraserChoices = {{
-    {1, "1 pass", "Random bytes once, then zeroes: enough for every disk of the last twenty years."},
-    {3, "3 passes", "Random bytes twice, then zeroes: the scheme of the U.S. Department of Energy."},
+    {1, "1 pass",
+     "Random bytes once, then zeroes: enough for every disk of the last twenty years."},
+    {3, "3 passes",
+     "Random bytes twice, then zeroes: the scheme of the U.S. Department of Energy."},
     {7, "7 passes",
      "Characters, their complements and random bytes, then zeroes: the scheme of the U.S. "
      "Department of Defense."},
@@ -44,8 +46,8 @@ class FileShareModelListener {
   virtual void showEndShred() {}
 };
 
-/// What the shredder's page shows and the terminal prints: the list, the plan, the run, the outcome.
-/// Main thread only; folders are expanded and items erased in the background.
+/// What the shredder's page shows and the terminal prints: the list, the plan, the run, the
+/// outcome. Main thread only; folders are expanded and items erased in the background.
 class FileShareModel : private RemoveFileAndFolderDelegate {
  public:
   FileShareModel();

@@ -31,8 +31,8 @@ QString FileShareTableModel::text(const FileObj& item, int column) const {
       return displayText(item.name);
     case size:
       return item.isDir ? getLocalizedString("Folder")
-                        : QString::fromStdString(CommUti::longlongDiskSize(
-                              static_cast<std::uint64_t>(item.size)));
+                        : QString::fromStdString(
+                              CommUti::longlongDiskSize(static_cast<std::uint64_t>(item.size)));
     case outcome: {
       const QString state = getLocalizedString(item.failStr.c_str());
       return item.reason.empty() ? state : state + QStringLiteral(": ") + displayText(item.reason);

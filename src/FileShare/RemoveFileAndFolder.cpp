@@ -112,8 +112,14 @@ void RemoveFileAndFolder::taskEnded(const std::shared_ptr<FileObj>& item, Work w
   const bool isSuccess = outcome.isSuccess || work == Work::bundle;
   item->failStr = isSuccess ? "Success" : "Fail";
   item->reason = outcome.reason;
-  for (const std::string& note : outcome.notes) {
-    if (std::find(notes_.begin(), notes_.end(), note) == notes_.end()) notes_.push_back(note);
+  std::vector<std::string> notes = outcome.notes;
+  if (work == Work::bundle && outcome.isSuccess) {
+    notes.push_back("An application bundle is deleted as a whole, without being overwritten.");
+  }
+  for (std::string& note : notes) {
+    if (std::find(notes_.begin(), notes_.end(), note) == notes_.end()) {
+      notes_.push_back(std::move(note));
+    }
   }
   if (work == Work::item) {
     SystemLog::line("rm file {} {}", isSuccess ? "sec" : "fail", item->url);

@@ -28,12 +28,12 @@ class RemoveFileAndFolderDelegate {
   virtual void removeObjEnd(const FileObjs& items) = 0;
 };
 
-/// The erasing engine: takes a list, and overwrites and deletes one item after the other, files with
-/// the tool "srm", what holds no content by itself.
+/// The erasing engine: takes a list, and overwrites and deletes one item after the other, files
+/// with the tool "srm", what holds no content by itself.
 ///
-/// The next item starts when a child process has ended, whichever that was, so runs must not overlap
-/// with other processes that post their end. Items are worked on in the background; everything else
-/// is the main thread's.
+/// The next item starts when a child process has ended, whichever that was, so runs must not
+/// overlap with other processes that post their end. Items are worked on in the background;
+/// everything else is the main thread's.
 class RemoveFileAndFolder : public std::enable_shared_from_this<RemoveFileAndFolder> {
  public:
   /// To be owned by a shared pointer. The delegate may be taken away before the run ends.
@@ -57,10 +57,10 @@ class RemoveFileAndFolder : public std::enable_shared_from_this<RemoveFileAndFol
   /// Why overwriting may not reach what the medium holds, each reason once.
   const std::vector<std::string>& notes() const { return notes_; }
 
-  std::string filePathStr;          ///< of the item at work
-  FileObjs allFilesArr;             ///< the items, in order
-  FileObjs deleteErrorArr;          ///< what was worked on, in order; "Success" or "Fail" each
-  std::uint32_t idx = 0;            ///< of the item at work
+  std::string filePathStr;  ///< of the item at work
+  FileObjs allFilesArr;     ///< the items, in order
+  FileObjs deleteErrorArr;  ///< what was worked on, in order; "Success" or "Fail" each
+  std::uint32_t idx = 0;    ///< of the item at work
   RemoveFileAndFolderDelegate* delegate;
 
  private:

@@ -36,8 +36,8 @@ void ShredProgressWindowController::changeProgressValue(int percentage, const st
   ui_->bar->setValue(percentage);
   ui_->percentageLabel->setText(QStringLiteral("%1 %").arg(percentage));
   QLabel* label = ui_->pathLabel;
-  label->setText(label->fontMetrics().elidedText(displayText(path), Qt::ElideMiddle,
-                                                 label->width()));
+  label->setText(
+      label->fontMetrics().elidedText(displayText(path), Qt::ElideMiddle, label->width()));
 }
 
 void ShredProgressWindowController::showFailView(const QString& detail) {

@@ -1,8 +1,7 @@
 // The list as people see it, from adding to the outcome.
 
-#include "FileShareModel.h"
-
 #include "Dispatch.h"
+#include "FileShareModel.h"
 #include "Machine.h"
 #include "TemporaryFolder.h"
 #include "TestHost.h"
@@ -93,7 +92,7 @@ TEST_F(ShredList, EndsWithWhatTheDiskSaysAndKeepsTheUnticked) {
   EXPECT_EQ(outcome(0), "Erased");
   EXPECT_EQ(outcome(1), "Erased");
   EXPECT_EQ(outcome(2), "Failed");
-  EXPECT_EQ(model.row(2).reason, "f: it has 1 other name, which would lose its content too");
+  EXPECT_EQ(model.row(2).reason, "f: it has 1 other name (a hard link)");
   ASSERT_EQ(model.valueArr().size(), 1U);
   EXPECT_EQ(model.row(3).name, "unticked");
   EXPECT_TRUE(exists(folder / "unticked"));

@@ -1,10 +1,9 @@
 // The engine: in which order it works, what it starts, and what it reports.
 
-#include "RemoveFileAndFolder.h"
-
 #include "Dispatch.h"
 #include "EraserTask.h"
 #include "Machine.h"
+#include "RemoveFileAndFolder.h"
 #include "TaskTermination.h"
 #include "TemporaryFolder.h"
 #include "TestHost.h"
@@ -50,7 +49,8 @@ std::shared_ptr<FileObj> item(const std::string& path, bool isSSD = false) {
 
 class Eraser : public testing::Test {
  protected:
-  Eraser() : host(folder / "root"), tools("BRISKO_TOOLS", (buildTree() + "/libexec/brisko").c_str()) {}
+  Eraser()
+      : host(folder / "root"), tools("BRISKO_TOOLS", (buildTree() + "/libexec/brisko").c_str()) {}
 
   /// Puts a tool in place of ours that notes what it was started with and removes the path.
   void useNotingTool() {
@@ -85,8 +85,7 @@ class Eraser : public testing::Test {
   Environment tools;
   std::unique_ptr<Environment> noting;
   Reports reports;
-  std::shared_ptr<RemoveFileAndFolder> engine =
-      std::make_shared<RemoveFileAndFolder>(&reports);
+  std::shared_ptr<RemoveFileAndFolder> engine = std::make_shared<RemoveFileAndFolder>(&reports);
 };
 
 TEST_F(Eraser, AFolderIsExpandedContentsFirstAndLinksAreLeftAlone) {
@@ -136,8 +135,9 @@ TEST_F(Eraser, ProgressIsExactAndNeverFull) {
   folder.file("d/a", "1");
   folder.file("d/empty");
   run({item(folder / "d/a"), item(folder / "d/empty"), item(folder / "d")});
-  EXPECT_THAT(reports.progress, ElementsAre(Pair(folder / "d/a", 0.0F), Pair(folder / "d/empty", 33.0F),
-                                            Pair(folder / "d", 66.0F)));
+  EXPECT_THAT(reports.progress,
+              ElementsAre(Pair(folder / "d/a", 0.0F), Pair(folder / "d/empty", 33.0F),
+                          Pair(folder / "d", 66.0F)));
   EXPECT_EQ(started().size(), 2U) << "an empty file and a folder need no tool";
   EXPECT_TRUE(host.logged("rm file sec " + (folder / "d/empty")));
   EXPECT_FALSE(exists(folder / "d"));
@@ -154,6 +154,7 @@ TEST_F(Eraser, AFolderThatStillHoldsSomethingFailsAndABundleNeverDoes) {
   EXPECT_EQ(contentOf(folder / "d/kept"), "1");
   EXPECT_EQ(reports.items[1]->failStr, "Success");
   EXPECT_FALSE(exists(folder / "Foo.app"));
+  EXPECT_EQ(engine->notes().size(), 1U) << "that it was not overwritten is said";
 }
 
 TEST_F(Eraser, AllNamesInTheListGoAndFewerAreRefused) {
@@ -162,7 +163,7 @@ TEST_F(Eraser, AllNamesInTheListGoAndFewerAreRefused) {
   ASSERT_EQ(link(one.c_str(), two.c_str()), 0);
   run({item(one)});
   EXPECT_EQ(reports.items[0]->failStr, "Fail");
-  EXPECT_EQ(reports.items[0]->reason, "it has 1 other name, which would lose its content too");
+  EXPECT_EQ(reports.items[0]->reason, "it has 1 other name (a hard link)");
   EXPECT_EQ(contentOf(two), "text");
   run({item(one), item(two)});
   EXPECT_FALSE(exists(one) || exists(two));

@@ -58,7 +58,7 @@ TEST_F(ShredCommandLine, WhatStaysIsAFailureWithItsReason) {
   const json items = refused.json()["items"];
   ASSERT_EQ(items.size(), 2U);
   EXPECT_EQ(items[0]["failStr"], "Failed");
-  EXPECT_EQ(items[0]["reason"], "it has 1 other name, which would lose its content too");
+  EXPECT_EQ(items[0]["reason"], "it has 1 other name (a hard link)");
   EXPECT_EQ(items[1]["failStr"], "Failed");
   EXPECT_THAT(items[1]["reason"].get<std::string>(), HasSubstr("protected"));
   EXPECT_EQ(contentOf(folder / "two"), "text");

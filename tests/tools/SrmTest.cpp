@@ -130,8 +130,8 @@ int leftOnDisk(const TemporaryFolder& folder, const std::string& make) {
   const bool wasThere = largeContentOf(image).find(secret) != std::string::npos;
   const std::string p = point + "/";
   const auto erased = srm({"-fsvrz", p + "large", p + "tree", p + "cut", p + "holes"});
-  const bool isEmpty = !exists(p + "large") && !exists(p + "tree") && !exists(p + "cut") &&
-                       !exists(p + "holes");
+  const bool isEmpty =
+      !exists(p + "large") && !exists(p + "tree") && !exists(p + "cut") && !exists(p + "holes");
   command("umount " + point);
   if (erased.status != 0 || !isEmpty) return 3;
   if (!wasThere) return 2;
@@ -161,8 +161,8 @@ TEST(Notes, SayOnceWhyOldBlocksMayStay) {
   for (const char* name : {"upper", "work", "mnt"})
     folder.folder(name);
   const int result = inMountNamespace([&] {
-    const std::string options = "lowerdir=" + (folder / "lower") + ",upperdir=" +
-                                (folder / "upper") + ",workdir=" + (folder / "work");
+    const std::string options = "lowerdir=" + (folder / "lower") +
+                                ",upperdir=" + (folder / "upper") + ",workdir=" + (folder / "work");
     const std::string point = folder / "mnt";
     if (mount("overlay", point.c_str(), "overlay", 0, options.c_str()) != 0) return 9;
     const auto outcome = srm({"-fs", point + "/one", point + "/two"});

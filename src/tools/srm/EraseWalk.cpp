@@ -52,8 +52,7 @@ std::string absolute(std::string path) {
 // What was done to the names in a folder reaches the medium. The folder may be closed to reading,
 // and then everything of its file system is flushed.
 void flushFolder(int folder) {
-  const FileDescriptor open(
-      ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  const FileDescriptor open(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!open || ::fsync(open.get()) != 0) ::sync();
 }
 
@@ -126,8 +125,8 @@ void EraseWalk::eraseFolder(int parent, const std::string& name) {
 }
 
 bool EraseWalk::push(int parent, const std::string& name) {
-  FileDescriptor folder(openWith(calls(), parent, name.c_str(),
-                                 O_RDONLY | O_DIRECTORY | O_NOFOLLOW, kNoLinksNoMounts));
+  FileDescriptor folder(openWith(calls(), parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW,
+                                 kNoLinksNoMounts));
   struct statx facts;
   if (!folder || factsOf(calls(), folder.get(), "", facts) != 0) return false;
   if (stack_.empty()) {
@@ -214,9 +213,8 @@ bool EraseWalk::reopenParent() {
   FileDescriptor folder(openWith(calls(), stack_.back().folder.get(), "..", O_RDONLY | O_DIRECTORY,
                                  kNoLinksNoMounts));
   struct statx facts;
-  if (!folder || factsOf(calls(), folder.get(), "", facts) != 0 ||
-      facts.stx_ino != parent.inode || facts.stx_dev_major != deviceMajor_ ||
-      facts.stx_dev_minor != deviceMinor_) {
+  if (!folder || factsOf(calls(), folder.get(), "", facts) != 0 || facts.stx_ino != parent.inode ||
+      facts.stx_dev_major != deviceMajor_ || facts.stx_dev_minor != deviceMinor_) {
     return false;
   }
   parent.folder = std::move(folder);

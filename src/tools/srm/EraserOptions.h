@@ -12,10 +12,10 @@ namespace brisko::srm {
 struct EraserOptions {
   Scheme scheme = Scheme::gutmann;  ///< without -s, -E or -m
   bool zero = false;                ///< -z: a pass of zeroes last
-  bool force = false;               ///< -f: a missing path is no failure, a write protection is lifted
-  bool recursive = false;           ///< -r: folders with what they hold
-  bool verbose = false;             ///< -v: says on standard output what it does
-  std::uint64_t names = 1;          ///< --names: so many names a file may have
+  bool force = false;       ///< -f: a missing path is no failure, a write protection is lifted
+  bool recursive = false;   ///< -r: folders with what they hold
+  bool verbose = false;     ///< -v: says on standard output what it does
+  std::uint64_t names = 1;  ///< --names: so many names a file may have
   std::vector<std::string> paths;
 };
 

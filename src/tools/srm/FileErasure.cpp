@@ -73,8 +73,8 @@ FileErasure::Reason FileErasure::erase(const struct statx& facts) {
 FileErasure::Reason FileErasure::refusal(const struct statx& facts) const {
   if (facts.stx_nlink > run_.options().names) {
     const unsigned others = facts.stx_nlink - 1;
-    return fmt::format("it has {} other {}, which would lose {} content too", others,
-                       others == 1 ? "name" : "names", others == 1 ? "its" : "their");
+    return fmt::format("it has {} other {}", others,
+                       others == 1 ? "name (a hard link)" : "names (hard links)");
   }
   if ((facts.stx_attributes & STATX_ATTR_IMMUTABLE) != 0) return "it is immutable";
   if ((facts.stx_attributes & STATX_ATTR_APPEND) != 0) return "it can only be appended to";
@@ -91,8 +91,8 @@ FileErasure::Reason FileErasure::open(const struct statx& facts) {
   if (!file_) return wordsFor(errno);
   if (::fstat(file_.get(), &status_) != 0) return wordsFor(errno);
   if (!S_ISREG(status_.st_mode) || !isSame(facts, status_)) return wordsFor(ELOOP);
-  block_ = std::clamp<std::uint64_t>(static_cast<std::uint64_t>(status_.st_blksize), 512,
-                                     kLargestBlock);
+  block_ =
+      std::clamp<std::uint64_t>(static_cast<std::uint64_t>(status_.st_blksize), 512, kLargestBlock);
   return std::nullopt;
 }
 
@@ -101,9 +101,10 @@ bool FileErasure::liftWriteProtection(const struct statx& facts) {
   const FileDescriptor item(
       openWith(calls(), folder_, name_.c_str(), O_PATH | O_NOFOLLOW, kNoLinksNoMounts));
   struct stat status;
-  const bool isLifted = run_.options().force && item && ::fstat(item.get(), &status) == 0 &&
-                        isSame(facts, status) && status.st_uid == ::geteuid() &&
-                        calls().chmod(item.get(), (status.st_mode & 07777) | S_IRUSR | S_IWUSR) == 0;
+  const bool isLifted =
+      run_.options().force && item && ::fstat(item.get(), &status) == 0 && isSame(facts, status) &&
+      status.st_uid == ::geteuid() &&
+      calls().chmod(item.get(), (status.st_mode & 07777) | S_IRUSR | S_IWUSR) == 0;
   if (isLifted) modeBefore_ = status.st_mode & 07777;
   if (!isLifted) errno = EACCES;
   return isLifted;

@@ -21,9 +21,8 @@
 namespace brisko::srm {
 namespace {
 
-constexpr std::string_view kWritesElsewhere[] = {"btrfs", "zfs",      "bcachefs", "nilfs2",
-                                                 "f2fs",  "logfs",    "jffs2",    "ubifs",
-                                                 "aufs",  "overlay"};
+constexpr std::string_view kWritesElsewhere[] = {"btrfs", "zfs",   "bcachefs", "nilfs2", "f2fs",
+                                                 "logfs", "jffs2", "ubifs",    "aufs",   "overlay"};
 constexpr std::string_view kElsewhere[] = {"nfs", "nfs4", "cifs", "smb3", "9p", "ceph", "afs"};
 
 template <std::size_t Size>
@@ -86,11 +85,13 @@ void MediumNotes::look(int file, const std::string& path) {
 void MediumNotes::lookAtFileSystem(std::uint64_t mount) {
   const FileSystem system = fileSystemOf(mount);
   if (isOneOf(system.type, kWritesElsewhere)) {
-    say(fmt::format("The file system {} writes changes to new blocks: the old ones and snapshots "
+    say(
+        fmt::format("The file system {} writes changes to new blocks: the old ones and snapshots "
                     "may keep the content.",
                     system.type));
   } else if (isOneOf(system.type, kElsewhere) || system.type.starts_with("fuse")) {
-    say(fmt::format("Behind the file system {} another program or machine decides what is "
+    say(
+        fmt::format("Behind the file system {} another program or machine decides what is "
                     "overwritten.",
                     system.type));
   }
