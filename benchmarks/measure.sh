@@ -4,6 +4,7 @@
 #   row TITLE                   begins a comparison
 #   ours LABEL COMMAND…         the command that all others are set in relation to
 #   peer LABEL COMMAND…         another one; left out, with a word, when it is not installed
+#   before=(COMMAND…)           run before each run of each command, and not counted
 #   measure                     runs them all and prints the table
 #   measure_cold                the same with the caches emptied before every run, when that is
 #                               wanted (--cold); needs root
@@ -14,6 +15,7 @@
 
 labels=()
 commands=()
+before=()
 
 prepare_folder() {
   bench_dir=${BRISKO_BENCH_DIR:-${TMPDIR:-/tmp}/brisko-bench-$(id -u)}
@@ -77,6 +79,7 @@ measure_cold() {
 # One run of command $1: seconds and KiB at the peak, appended to the figures of that command.
 run_once() {
   $cold && can_empty_caches
+  ((${#before[@]} == 0)) || "${before[@]}"
   local begin=$EPOCHREALTIME end
   if ! eval "/usr/bin/time -q -f %M -o '$work_dir/peak' ${commands[$1]}" < /dev/null \
       2> "$work_dir/errors" | cat > /dev/null; then

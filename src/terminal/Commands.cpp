@@ -10,6 +10,7 @@
 #include "JunkCommand.h"
 #include "SmartCommand.h"
 #include "LargeCommand.h"
+#include "ShredCommand.h"
 
 namespace brisko {
 namespace {
@@ -29,6 +30,7 @@ constexpr Maker kMakers[] = {
     make<JunkCommand>, make<DuplicatesCommand>, make<DisksCommand>,
     make<DiskCommand>, make<SmartCommand>,
     make<LargeCommand>,
+    make<ShredCommand>,
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QFrame>
 
 #include <string>
+#include <vector>
 
 namespace brisko {
 
@@ -14,9 +15,14 @@ class DropArea : public QFrame {
  public:
   explicit DropArea(QWidget* parent = nullptr);
 
+  /// A quiet one looks like any card until something is held over it.
+  void setQuiet(bool isQuiet);
+
  Q_SIGNALS:
   /// The first local path of what was dropped, its bytes as the file system has them.
   void viewDragAction(const std::string& path);
+  /// All local paths of what was dropped, at least one.
+  void pathsDropped(const std::vector<std::string>& paths);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -28,6 +34,7 @@ class DropArea : public QFrame {
   void setLit(bool isLit);
 
   bool isLit_ = false;
+  bool isQuiet_ = false;
 };
 
 }  // namespace brisko
