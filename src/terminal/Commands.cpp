@@ -1,7 +1,10 @@
 #include "Commands.h"
 
+#include "AppsCommand.h"
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
+#include "RelatedCommand.h"
+#include "UninstallCommand.h"
 
 namespace brisko {
 namespace {
@@ -15,6 +18,9 @@ std::unique_ptr<Command> make() {
 
 constexpr Maker kMakers[] = {
     make<JunkCommand>,
+    make<AppsCommand>,
+    make<RelatedCommand>,
+    make<UninstallCommand>,
     make<DuplicatesCommand>,
 };
 
