@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -60,6 +61,16 @@ class Authorization {
   virtual int execute(Reference reference, const std::string& tool,
                       const std::vector<std::string>& arguments,
                       const std::optional<FileIdentity>& shown, Result& result) = 0;
+
+  /// Removes `packages` with the system's package manager as administrator, on a handle that holds
+  /// the right: the first one, with which exactly the others must go. The privileged side makes the
+  /// plan itself and does nothing when it is another or holds what must stay. `progress` gets values
+  /// from 0 to 1 on the calling thread. What went wrong is in `result.output`; hosts without a
+  /// package manager deny.
+  virtual int removePackages(Reference /*reference*/, const std::vector<std::string>& /*packages*/,
+                             const std::function<void(double)>& /*progress*/, Result& /*result*/) {
+    return kDenied;
+  }
 
   /// Gives the handle back. With the last handle of a right the right itself ends.
   virtual int free(Reference reference) = 0;

@@ -1,5 +1,8 @@
 #include "HelperProtocol.h"
 
+#include "DpkgDatabase.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -10,6 +13,7 @@ namespace brisko::helper {
 namespace {
 
 constexpr std::size_t kLengthSize = 4;
+constexpr std::uint64_t kWhole = 1000;  // of the progress
 
 void putNumber(std::string& bytes, std::uint64_t number, std::size_t size) {
   for (std::size_t i = 0; i < size; ++i)
@@ -56,6 +60,31 @@ class Reader {
   bool complete_ = true;
 };
 
+// One name after the other, each ended by a NUL byte.
+std::string packedNames(const std::vector<std::string>& names) {
+  std::string packed;
+  for (const std::string& name : names) {
+    packed += name;
+    packed += '\0';
+  }
+  return packed;
+}
+
+bool arePackageNames(const std::vector<std::string>& names) {
+  return !names.empty() && std::all_of(names.begin(), names.end(), isPackageName);
+}
+
+std::vector<std::string> unpackedNames(std::string_view packed) {
+  std::vector<std::string> names;
+  while (!packed.empty()) {
+    const std::size_t end = packed.find('\0');
+    if (end == std::string_view::npos) return {};
+    names.emplace_back(packed.substr(0, end));
+    packed.remove_prefix(end + 1);
+  }
+  return names;
+}
+
 bool readAll(int socket, char* buffer, std::size_t size) {
   while (size > 0) {
     const ssize_t got = ::read(socket, buffer, size);
@@ -89,6 +118,14 @@ std::string encode(const Message& message) {
       putNumber(body, message.shown ? message.shown->inode : 0, 8);
       body += static_cast<char>(message.shown ? message.shown->kind : FileKind::unknown);
       body += message.path;
+      break;
+    case Type::removePackages:
+      if (!arePackageNames(message.packages)) return {};
+      body.append(token, message.token.size());
+      body += packedNames(message.packages);
+      break;
+    case Type::progress:
+      putNumber(body, std::min<std::uint64_t>(message.permille, kWhole), 2);
       break;
     case Type::done:
       putNumber(body, message.freedBytes, 8);
@@ -132,6 +169,15 @@ std::optional<Message> decode(std::string_view bytes) {
       message.path = reader.rest();
       break;
     }
+    case Type::removePackages:
+      message.token = reader.token();
+      message.packages = unpackedNames(reader.rest());
+      if (!arePackageNames(message.packages)) return std::nullopt;
+      break;
+    case Type::progress:
+      message.permille = static_cast<std::uint16_t>(reader.number(2));
+      if (message.permille > kWhole) return std::nullopt;
+      break;
     case Type::done:
       message.freedBytes = reader.number(8);
       message.output = reader.rest();

@@ -155,9 +155,35 @@ int LinuxAuthorization::execute(Reference reference, const std::string& tool,
   request.token = token_;
   request.shown = shown;
   request.path = arguments[1];
+  return ask(request, nullptr, result);
+}
+
+int LinuxAuthorization::removePackages(Reference reference,
+                                       const std::vector<std::string>& packages,
+                                       const std::function<void(double)>& progress,
+                                       Result& result) {
+  const std::lock_guard lock(mutex_);
+  result = {};
+  const auto found = references_.find(reference);
+  if (found == references_.end() || !found->second) return kInvalid;
+  if (!socket_) return kToolFailed;
+  helper::Message request;
+  request.type = helper::Type::removePackages;
+  request.token = token_;
+  request.packages = packages;
+  return ask(request, progress, result);
+}
+
+int LinuxAuthorization::ask(const helper::Message& request,
+                            const std::function<void(double)>& progress, Result& result) {
   if (helper::encode(request).empty()) return kDenied;
-  const auto reply =
-      helper::send(socket_.get(), request) ? helper::receive(socket_.get()) : std::nullopt;
+  const auto next = [this] { return helper::receive(socket_.get()); };
+  auto reply = helper::send(socket_.get(), request) ? next() : std::nullopt;
+  const bool hasSteps = request.type == helper::Type::removePackages;
+  while (hasSteps && reply && reply->type == helper::Type::progress) {
+    if (progress) progress(reply->permille / 1000.0);
+    reply = next();
+  }
   const bool isReply =
       reply && (reply->type == helper::Type::done || reply->type == helper::Type::denied);
   if (!isReply) {

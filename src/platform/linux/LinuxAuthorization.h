@@ -60,10 +60,14 @@ class LinuxAuthorization : public Authorization {
   int execute(Reference reference, const std::string& tool,
               const std::vector<std::string>& arguments, const std::optional<FileIdentity>& shown,
               Result& result) override;
+  int removePackages(Reference reference, const std::vector<std::string>& packages,
+                     const std::function<void(double)>& progress, Result& result) override;
   int free(Reference reference) override;
   bool bless(Reference reference, const std::string& label) override;
 
  private:
+  int ask(const helper::Message& request, const std::function<void(double)>& progress,
+          Result& result);
   int startHelper();
   void stopHelper();
   bool helperAnswers();

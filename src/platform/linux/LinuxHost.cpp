@@ -2,6 +2,7 @@
 #include "LinuxAuthorization.h"
 #include "LinuxCatalog.h"
 #include "LinuxHostFolders.h"
+#include "LinuxInstalledApplications.h"
 #include "LinuxPreferences.h"
 #include "LinuxSystemVersion.h"
 #include "LinuxWorkspace.h"
@@ -18,6 +19,7 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
       folders.variable("XDG_CONFIG_HOME").value_or("") + "/brisko/Preferences");
   host->systemVersion = std::make_unique<LinuxSystemVersion>(
       folders.path("/System/Library/CoreServices/SystemVersion.plist"));
+  host->installedApplications = std::make_unique<LinuxInstalledApplications>(folders);
   host->workspace = std::make_unique<LinuxWorkspace>();
   return host;
 }

@@ -1,5 +1,6 @@
 #include "RemovalService.h"
 
+#include "AptTool.h"
 #include "PathResolution.h"
 #include "Removal.h"
 #include "RemovalWalk.h"
@@ -69,7 +70,8 @@ int RemovalService::run() {
   if (!send(client_, hello)) return 1;
   while (const auto request = receive(client_)) {
     // Whoever has not got the token is not the program that this was started for.
-    const bool isRequest = request->type == Type::ping || request->type == Type::remove;
+    const bool isRequest = request->type == Type::ping || request->type == Type::remove ||
+                           request->type == Type::removePackages;
     if (!isRequest || !isSame(request->token, token_)) return 1;
     const Message reply = answer(*request);
     if (clientLeft_ || !send(client_, reply)) return 1;
@@ -79,6 +81,7 @@ int RemovalService::run() {
 
 Message RemovalService::answer(const Message& request) {
   if (request.type == Type::remove) return remove(request);
+  if (request.type == Type::removePackages) return removePackages(request);
   Message reply;
   reply.type = Type::done;
   return reply;
@@ -89,6 +92,23 @@ Message RemovalService::remove(const Message& request) {
   const ParentFolder parent = openParent(RemovalCalls::system(), request.path, false);
   if (auto why = objection(request, parent)) return denied(*std::move(why));
   return runTool(request, parent);
+}
+
+// The package manager is never stopped half-way, also when the program is gone meanwhile.
+Message RemovalService::removePackages(const Message& request) {
+  // What packages write while they go is for everybody to read, unlike what this program would.
+  const mode_t before = ::umask(022);
+  std::string why = AptTool::remove(request.packages, [this](double part) {
+    Message step;
+    step.type = Type::progress;
+    step.permille = static_cast<std::uint16_t>(part * 1000);
+    if (!clientLeft_) clientLeft_ = !send(client_, step);
+  });
+  ::umask(before);
+  if (!why.empty()) return denied(std::move(why));
+  Message reply;
+  reply.type = Type::done;
+  return reply;
 }
 
 std::optional<std::string> RemovalService::objection(const Message& request,

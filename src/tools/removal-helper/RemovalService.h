@@ -20,7 +20,8 @@ namespace brisko::helper {
 ///
 /// It trusts nothing that it is told. Each path must be absolute, in its normal form and free of
 /// links; protected places and mounts are refused by the built-in table for the user who asked;
-/// where the program says which item it means, it must be that one.
+/// where the program says which item it means, it must be that one. Packages are removed only when
+/// the package manager, asked here again, would remove exactly those, and none that must stay.
 class RemovalService {
  public:
   /// `client` is the stream, `uid` the user on whose behalf the program runs.
@@ -32,6 +33,7 @@ class RemovalService {
  private:
   Message answer(const Message& request);
   Message remove(const Message& request);
+  Message removePackages(const Message& request);
   std::optional<std::string> objection(const Message& request, const ParentFolder& parent);
   Message runTool(const Message& request, const ParentFolder& parent);
 
