@@ -19,7 +19,7 @@ using Role = AMAppItem::Role;
 
 constexpr std::size_t kSizeColumns = 11;
 constexpr std::size_t kWidestName = 40;
-constexpr std::size_t kWidestVersion = 20;
+constexpr std::size_t kWidestVersion = 32;
 
 const char* roleName(Role role) {
   switch (role) {

@@ -180,9 +180,16 @@ void RelatedFilesModel::selectRemoveLanguage(const AppItem& entry) {
 
 void RelatedFilesModel::selectRemoveLanguage(std::size_t group) {
   if (isRemoving_) return;
-  const bool wantsAll = tick(group) != Tick::all;
-  for (const AppItem& entry : groups_[group].entries)
-    wantsAll ? select(entry) : deselect(entry);
+  const AppItems& entries = groups_[group].entries;
+  if (tick(group) != Tick::all) {
+    for (const AppItem& entry : entries)
+      select(entry);
+  } else {
+    for (const AppItem& entry : entries)
+      ticked_.erase(entry.get());
+    std::erase_if(selectDeletePath_,
+                  [&](const AppItem& entry) { return !ticked_.contains(entry.get()); });
+  }
   tell(&RelatedFilesModelListener::ticksChanged);
 }
 

@@ -27,7 +27,6 @@ class RelatedFilesModelListener {
   virtual void groupFilled(std::size_t /*group*/) {}  ///< its entries are there now
   virtual void ticksChanged() {}                      ///< boxes, counts, the remove button
   virtual void sizesChanged() {}                      ///< sizes of any rows
-  virtual void progressStarted() {}                   ///< the progress is to be shown
   virtual void progressChanged() {}                   ///< percentage and path
   virtual void removalEnded() {}                      ///< the end message is to be shown
 };

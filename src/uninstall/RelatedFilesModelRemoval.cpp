@@ -79,7 +79,6 @@ void RelatedFilesModel::doRemove() {
   // What is freed is told by the sizes as shown, so they have to be there first.
   isWaitingForSizes_ = !isMeasured();
   if (!isWaitingForSizes_) startExecutor();
-  tell(&RelatedFilesModelListener::progressStarted);
 }
 
 void RelatedFilesModel::startExecutor() {

@@ -98,8 +98,8 @@ class HostGroup {
     if (bytes > 0) own->setBytes(bytes);
     if (!plan->leavesUnused.empty()) {
       const std::size_t count = plan->leavesUnused.size();
-      own->note = fmt::format("{} package{} that nothing else needs stay{}", count,
-                              count == 1 ? "" : "s", count == 1 ? "s" : "");
+      own->note = fmt::format("Leaves {} package{} that nothing else needs", count,
+                              count == 1 ? "" : "s");
     }
     group_.entries.push_back(std::move(own));
     for (const std::string& name : plan->alsoRemoves) {

@@ -7,7 +7,6 @@
 #include "UninstallTableModel.h"
 #include "ui_UninstallViewController.h"
 
-#include <QAction>
 #include <QShortcut>
 #include <QTimerEvent>
 
@@ -63,7 +62,6 @@ void UninstallViewController::awakeFromNib() {
   if (hasBegun_) return;
   hasBegun_ = true;
   model_.begimScanFile();
-  ui_->listViewTabel->setFocus();
 }
 
 bool UninstallViewController::eventFilter(QObject* watched, QEvent* event) {

@@ -161,7 +161,6 @@ TEST_F(Review, WhatStaysIsToldAndAddsNothing) {
 
 TEST_F(Review, HostApplicationShowsWhatGoesWithItAndWhatItSharesStartsUnticked) {
   const Environment config("XDG_CONFIG_HOME", (root / "config").c_str());
-  Host::current().folders = std::move(makeHost({root.path()})->folders);
   for (const char* name : {"draw/a", "draw-extras/a", "drawing/a", "drawio/a", "Sketch Pad/a",
                            "fontconfig/a", "other/a"})
     root.file("config/" + std::string(name));
