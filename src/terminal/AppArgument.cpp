@@ -8,6 +8,7 @@
 #include "Output.h"
 #include "RelatedAppFilesScanner.h"
 #include "UninstallModel.h"
+#include "fileAttrbItem.h"
 
 #include <fmt/format.h>
 
@@ -15,6 +16,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+
+#include <sys/stat.h>
 
 namespace brisko {
 namespace {
@@ -65,7 +68,11 @@ AppItem listed(const UninstallModel& model, std::string AMAppItem::*field,
   return nullptr;
 }
 
+// A folder, or a link to one; only packed extensions are files.
 bool isBundle(const std::string& path) {
+  struct stat status;
+  const bool isFolder = ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (!isFolder && pathExtension(path) != "safariextz") return false;
   for (int type = 0; type < UninstallModel::kTypes; ++type) {
     if (AppScanner::isItem(type, path)) return true;
   }

@@ -4,6 +4,7 @@
 #include "EntryTable.h"
 #include "LocalizedString.h"
 #include "RelatedFilesModel.h"
+#include "fileAttrbItem.h"
 
 #include <QHeaderView>
 #include <QPainter>
@@ -14,10 +15,18 @@ namespace {
 
 using ItemRole = AMAppItem::Role;
 
+QString bundleTag(const AMAppItem& entry) {
+  const std::string extension = pathExtension(entry.path);
+  if (extension == "app") return getLocalizedString("Application");
+  if (extension == "wdgt") return getLocalizedString("Widget");
+  const bool isPlugin = entry.identity && entry.identity->kind == FileKind::directory && !entry.host;
+  return getLocalizedString(isPlugin ? "Plug-in" : "Program");
+}
+
 QString tagOf(const AMAppItem& entry) {
   switch (entry.role) {
     case ItemRole::bundle:
-      return getLocalizedString("Application");
+      return bundleTag(entry);
     case ItemRole::relatedFile:
       return getLocalizedString("Related file");
     case ItemRole::package:
@@ -80,26 +89,26 @@ class ReviewDelegate : public QStyledItemDelegate {
                    *item);
     }
     area.setLeft(area.left() + side + Space::medium);
+    // Tags stand beside the name, so that the place below has the whole width.
+    QRect upper = area.adjusted(0, 5, 0, -area.height() / 2 + 1);
     const bool isRelated = item != nullptr && item->role == AMAppItem::Role::relatedFile;
     const QString tag = index.data(RelatedFilesTree::TagRole).toString();
     if (!tag.isEmpty()) {
-      paintTag(painter, area, tag, isRelated ? Theme::Token::textDimmed : Theme::Token::accent);
+      paintTag(painter, upper, tag, isRelated ? Theme::Token::textDimmed : Theme::Token::accent);
     }
     const QString warning = index.data(RelatedFilesTree::WarningRole).toString();
-    QRect upper = area.adjusted(0, 6, 0, -area.height() / 2);
     if (!warning.isEmpty()) {
       painter->setFont(Theme::shared().font(11, QFont::DemiBold));
       const QString cut =
-          painter->fontMetrics().elidedText(warning, Qt::ElideRight, area.width() / 2);
-      paintTag(painter, area, cut, Theme::Token::warning);
-      upper.setRight(area.right());
+          painter->fontMetrics().elidedText(warning, Qt::ElideRight, upper.width() * 2 / 3);
+      paintTag(painter, upper, cut, Theme::Token::warning);
     }
     painter->setFont(Theme::shared().font(13, isGroup ? QFont::DemiBold : QFont::Normal));
     painter->setPen(themeColor(Theme::Token::text));
     drawElided(painter, upper, index.data().toString(), Qt::ElideMiddle);
     painter->setFont(Theme::shared().font(11));
     painter->setPen(themeColor(Theme::Token::textDimmed));
-    drawElided(painter, area.adjusted(0, area.height() / 2, 0, -7),
+    drawElided(painter, area.adjusted(0, area.height() / 2 + 1, 0, -6),
                index.data(RelatedFilesTree::PlaceRole).toString(), Qt::ElideMiddle);
   }
 

@@ -106,7 +106,6 @@ class HostGroup {
       AppItem along = packageItem(name, Role::packageAlong);
       along->path = name;
       along->canBeTicked = along->startsTicked = false;
-      along->note = "Needs it, and goes with it";
       group_.entries.push_back(std::move(along));
     }
   }

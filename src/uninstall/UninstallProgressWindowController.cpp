@@ -19,6 +19,9 @@ UninstallProgressWindowController::UninstallProgressWindowController(QWidget* pa
   ui_->endImageView->setImageSide(120);
   ui_->endView->hide();
   ui_->aProgressView->setValue(10);
+  // Not the close button, which has nothing to close yet.
+  ui_->aProgressView->setFocusPolicy(Qt::StrongFocus);
+  ui_->aProgressView->setFocus();
   connect(ui_->okButton, &QPushButton::clicked, this,
           &UninstallProgressWindowController::okButtonAction);
   connect(ui_->failuresButton, &QPushButton::clicked, this,

@@ -1,5 +1,7 @@
 #include "DemoRoot.h"
 
+#include "UnlinkGuard.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -71,6 +73,7 @@ DemoRoot::DemoRoot() : path_((fs::temp_directory_path() / "brisko-demo").string(
     std::perror(path_.c_str());
     std::exit(1);
   }
+  UnlinkGuard::allow(path_);
   fill();
   const std::string home = path_ + "/Users/anna";
   ::setenv("HOME", home.c_str(), 1);

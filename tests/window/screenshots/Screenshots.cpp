@@ -1,4 +1,5 @@
-// Renders the window's states into pictures: Screenshots FOLDER, under any platform.
+// Renders the window's states into pictures: Screenshots FOLDER [PAGE], under any platform. PAGE is
+// "junk", "duplicates" or "apps"; without it all are rendered.
 
 #include "AMRelatedFilesWindowController.h"
 #include "AppDelegate.h"
@@ -303,7 +304,10 @@ void takeAppPictures(AppDelegate& delegate, test::DemoRoot& root) {
   takeRemovalPictures(apps);
 }
 
-void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
+void takePictures(AppDelegate& delegate, test::DemoRoot& root, const QByteArray& page) {
+  if (page == "junk") return takeJunkPictures(delegate, root);
+  if (page == "duplicates") return takeDuplicatePictures(delegate, root);
+  if (page == "apps") return takeAppPictures(delegate, root);
   delegate.goToPage(0);
   save(delegate.window(), "system-status");
   delegate.goToPage(5);
@@ -328,7 +332,7 @@ void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
 
 int main(int argc, char** argv) {
   if (argc < 2) {
-    std::fprintf(stderr, "usage: %s FOLDER\n", argv[0]);
+    std::fprintf(stderr, "usage: %s FOLDER [PAGE]\n", argv[0]);
     return 2;
   }
   folder = QFile::decodeName(argv[1]);
@@ -354,7 +358,7 @@ int main(int argc, char** argv) {
   for (auto appearance : {Theme::Appearance::light, Theme::Appearance::dark}) {
     Theme::shared().setAppearance(appearance);
     root.fill();
-    takePictures(delegate, root);
+    takePictures(delegate, root, argv[2]);
   }
   return 0;
 }
