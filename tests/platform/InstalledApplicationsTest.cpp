@@ -39,8 +39,7 @@ std::string deployOf(const std::string& version) {
   const auto align = [&bytes] { bytes.resize((bytes.size() + 7) / 8 * 8); };
   align();
   bytes += std::string("\0\0\0\0\x01\x02\x03\x04", 8);
-  bytes += std::string("appdata-name\0\0\0\0Maps\0\0s", 23);
-  align();
+  bytes += std::string("appdata-name\0\0\0\0Maps\0\0s\x0d", 24);
   bytes += std::string("appdata-version\0", 16);
   align();
   bytes += version + std::string("\0\0s", 3);

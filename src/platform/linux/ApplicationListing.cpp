@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <iterator>
 #include <optional>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include <fcntl.h>
@@ -138,28 +140,24 @@ class Listing {
   void takePackages(std::vector<const DesktopEntry*>& open) {
     if (open.empty()) return;
     const DpkgDatabase database(folders_.path("/var/lib/dpkg"));
-    std::vector<std::string> files;
-    for (const DesktopEntry* entry : open) {
-      for (std::string& file : filesOf(*entry))
-        files.push_back(std::move(file));
-    }
-    take(open, database.owners(files, ".desktop"),
-         [this](const auto& entry) { return filesOf(entry); });
-    std::vector<std::string> programs;
-    for (const DesktopEntry* entry : open) {
-      for (std::string& program : programsOf(*entry))
-        programs.push_back(std::move(program));
-    }
-    take(open, database.owners(programs, ""),
-         [this](const auto& entry) { return programsOf(entry); });
+    take(open, database, ".desktop", [this](const auto& entry) { return filesOf(entry); });
+    take(open, database, "", [this](const auto& entry) { return programsOf(entry); });
   }
 
+  // `pathsOf` gives the paths by any of which a package may own the entry, those first that count
+  // more.
   template <typename Paths>
-  void take(std::vector<const DesktopEntry*>& open,
-            const std::unordered_map<std::string, DpkgDatabase::Owner>& owners,
-            const Paths& paths) {
+  void take(std::vector<const DesktopEntry*>& open, const DpkgDatabase& database,
+            std::string_view suffix, const Paths& pathsOf) {
+    std::unordered_map<const DesktopEntry*, std::vector<std::string>> paths;
+    std::vector<std::string> wanted;
+    for (const DesktopEntry* entry : open) {
+      const auto& own = paths.emplace(entry, pathsOf(*entry)).first->second;
+      wanted.insert(wanted.end(), own.begin(), own.end());
+    }
+    const auto owners = database.owners(wanted, suffix);
     std::erase_if(open, [&](const DesktopEntry* entry) {
-      for (const std::string& path : paths(*entry)) {
+      for (const std::string& path : paths[entry]) {
         const auto found = owners.find(path);
         if (found == owners.end()) continue;
         all_.push_back(ofPackage(*entry, found->second));
@@ -212,8 +210,10 @@ class Listing {
     std::vector<std::string> files = {entry.path};
     files.insert(files.end(), entry.shadowed.begin(), entry.shadowed.end());
     std::error_code error;
-    const std::string target = std::filesystem::canonical(entry.path, error);
-    if (!error && target != entry.path) files.push_back(target);
+    if (std::filesystem::is_symlink(entry.path, error)) {
+      const std::string target = std::filesystem::canonical(entry.path, error);
+      if (!error) files.push_back(target);
+    }
     for (std::string& file : files)
       file = withoutRoot(std::move(file));
     return files;

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 
 namespace brisko {
 namespace {
@@ -99,151 +98,108 @@ Strings suitableLocales(std::string_view locale) {
   return all;
 }
 
-using Values = std::map<std::string_view, std::string_view>;
+constexpr std::array<std::string_view, 13> kKeys = {"Exec",
+                                                    "Hidden",
+                                                    "Icon",
+                                                    "Name",
+                                                    "NoDisplay",
+                                                    "NotShowIn",
+                                                    "OnlyShowIn",
+                                                    "StartupWMClass",
+                                                    "TryExec",
+                                                    "Type",
+                                                    "X-AppImage-Version",
+                                                    "X-Flatpak",
+                                                    "X-SnapInstanceName"};
 
-// The keys of the one group that counts, each with its "[locale]"; the first of a name holds.
-Values valuesIn(std::string_view text) {
-  Values values;
-  bool isInGroup = false;
-  while (!text.empty()) {
-    const std::string_view line = trimmed(nextPart(text, '\n'));
-    if (line.empty() || line.front() == '#') continue;
-    if (line.front() == '[') {
-      if (isInGroup) break;
-      isInGroup = line == "[Desktop Entry]";
-      continue;
+/// The keys of the one group that counts, as far as they are of interest, in the languages that
+/// suit. A menu's worth of entries holds a hundred thousand lines, most of them in other ones.
+class Values {
+ public:
+  Values(std::string_view text, const Strings& locales) {
+    bool isInGroup = false;
+    while (!text.empty()) {
+      const std::string_view line = trimmed(nextPart(text, '\n'));
+      if (line.empty() || line.front() == '#') continue;
+      if (line.front() == '[') {
+        if (isInGroup) break;
+        isInGroup = line == "[Desktop Entry]";
+      } else if (isInGroup) {
+        take(line, locales);
+      }
     }
-    const std::size_t equals = line.find('=');
-    if (!isInGroup || equals == std::string_view::npos) continue;
-    values.emplace(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
   }
-  return values;
-}
 
-std::string_view valueOf(const Values& values, std::string_view key) {
-  const auto found = values.find(key);
-  return found == values.end() ? std::string_view() : found->second;
-}
+  /// In no particular language; the first of several with one key holds.
+  std::string_view operator[](std::string_view key) const { return find(key, kNoRank); }
+  /// In the language of that rank only: 0 is the best, kNoRank the one without.
+  std::string_view find(std::string_view key, std::size_t rank) const {
+    for (const Value& value : values_) {
+      if (value.key == key && value.rank == rank) return value.text;
+    }
+    return {};
+  }
 
-std::string localizedText(const Values& values, std::string_view key, std::string_view locale) {
-  for (const std::string& suitable : suitableLocales(locale)) {
-    std::string text = textOf(valueOf(values, std::string(key) + "[" + suitable + "]"));
+  static constexpr std::size_t kNoRank = ~std::size_t{0};
+
+ private:
+  struct Value {
+    std::string_view key;
+    std::size_t rank;
+    std::string_view text;
+  };
+
+  void take(std::string_view line, const Strings& locales) {
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos) return;
+    std::string_view key = trimmed(line.substr(0, equals));
+    std::size_t rank = kNoRank;
+    if (key.ends_with(']')) {
+      const std::size_t bracket = key.find('[');
+      if (bracket == std::string_view::npos) return;
+      const std::string_view locale = key.substr(bracket + 1, key.size() - bracket - 2);
+      const auto found = std::find(locales.begin(), locales.end(), locale);
+      if (found == locales.end()) return;
+      rank = static_cast<std::size_t>(found - locales.begin());
+      key = key.substr(0, bracket);
+    }
+    if (!std::binary_search(kKeys.begin(), kKeys.end(), key)) return;
+    values_.push_back({key, rank, trimmed(line.substr(equals + 1))});
+  }
+
+  std::vector<Value> values_;
+};
+
+std::string localizedText(const Values& values, std::string_view key, const Strings& locales) {
+  for (std::size_t rank = 0; rank < locales.size(); ++rank) {
+    std::string text = textOf(values.find(key, rank));
     if (!text.empty()) return text;
   }
-  return textOf(valueOf(values, key));
-}
-
-// In quotes a backslash takes the next character's meaning away, outside it has none of its own.
-// False when the quotes are never closed.
-bool takeQuoted(std::string_view& rest, std::string& word) {
-  while (!rest.empty()) {
-    char c = rest.front();
-    rest.remove_prefix(1);
-    if (c == '"') return true;
-    if (c == '\\') {
-      if (rest.empty()) return false;
-      c = rest.front();
-      rest.remove_prefix(1);
-    }
-    word += c;
-  }
-  return false;
-}
-
-std::string nameOf(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
-}
-
-bool isSetting(const std::string& word) {
-  const std::size_t equals = word.find('=');
-  return equals != std::string::npos && equals > 0 && word.find('/') > equals;
+  return textOf(values[key]);
 }
 
 }  // namespace
 
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale) {
   if (text.find('\0') != std::string_view::npos) return std::nullopt;
-  const Values values = valuesIn(text);
-  if (valueOf(values, "Type") != "Application") return std::nullopt;
+  const Strings locales = suitableLocales(locale);
+  const Values values(text, locales);
+  if (values["Type"] != "Application") return std::nullopt;
   DesktopEntry entry;
-  entry.name = localizedText(values, "Name", locale);
+  entry.name = localizedText(values, "Name", locales);
   if (entry.name.empty()) return std::nullopt;
-  entry.icon = localizedText(values, "Icon", locale);
-  entry.exec = unescaped(valueOf(values, "Exec"));
-  entry.tryExec = textOf(valueOf(values, "TryExec"));
-  entry.windowClass = textOf(valueOf(values, "StartupWMClass"));
-  entry.flatpak = textOf(valueOf(values, "X-Flatpak"));
-  entry.snap = textOf(valueOf(values, "X-SnapInstanceName"));
-  entry.version = textOf(valueOf(values, "X-AppImage-Version"));
-  entry.noDisplay = valueOf(values, "NoDisplay") == "true";
-  entry.hidden = valueOf(values, "Hidden") == "true";
-  entry.onlyShowIn = listOf(valueOf(values, "OnlyShowIn"));
-  entry.notShowIn = listOf(valueOf(values, "NotShowIn"));
+  entry.icon = localizedText(values, "Icon", locales);
+  entry.exec = unescaped(values["Exec"]);
+  entry.tryExec = textOf(values["TryExec"]);
+  entry.windowClass = textOf(values["StartupWMClass"]);
+  entry.flatpak = textOf(values["X-Flatpak"]);
+  entry.snap = textOf(values["X-SnapInstanceName"]);
+  entry.version = textOf(values["X-AppImage-Version"]);
+  entry.noDisplay = values["NoDisplay"] == "true";
+  entry.hidden = values["Hidden"] == "true";
+  entry.onlyShowIn = listOf(values["OnlyShowIn"]);
+  entry.notShowIn = listOf(values["NotShowIn"]);
   return entry;
-}
-
-std::vector<std::string> execWords(std::string_view exec) {
-  Strings words;
-  std::string word;
-  bool isWord = false;
-  const auto finish = [&] {
-    if (isWord) words.push_back(std::move(word));
-    word.clear();
-    isWord = false;
-  };
-  while (!exec.empty()) {
-    const char c = exec.front();
-    exec.remove_prefix(1);
-    if (c == ' ' || c == '\t' || c == '\n') {
-      finish();
-    } else if (c == '"') {
-      isWord = true;
-      if (!takeQuoted(exec, word)) return {};
-    } else if (c == '%' && !exec.empty()) {
-      // What stands for files and addresses is no part of the command itself.
-      if (exec.front() == '%') {
-        word += '%';
-        isWord = true;
-      }
-      exec.remove_prefix(1);
-    } else {
-      word += c;
-      isWord = true;
-    }
-  }
-  finish();
-  return words;
-}
-
-bool isInterpreter(std::string_view name) {
-  constexpr std::array<std::string_view, 24> kNames = {
-      "bash",    "cmd",  "dash", "electron", "env",   "flatpak", "gjs",    "gksu",
-      "java",    "ksh",  "lua",  "mono",     "node",  "perl",    "php",    "pkexec",
-      "pythonw", "ruby", "sh",   "snap",     "steam", "sudo",    "wine64", "zsh"};
-  if (std::find(kNames.begin(), kNames.end(), name) != kNames.end()) return true;
-  // These carry a version: "python3.11".
-  for (const std::string_view family : {"python", "wine", "qml"}) {
-    if (!name.starts_with(family)) continue;
-    const std::string_view rest = name.substr(family.size());
-    if (rest.find_first_not_of("0123456789.") == std::string_view::npos) return true;
-  }
-  return false;
-}
-
-std::string programOf(const std::vector<std::string>& words) {
-  std::size_t at = 0;
-  if (at < words.size() && nameOf(words[at]) == "env") {
-    ++at;
-    while (at < words.size() && (words[at].starts_with("-") || isSetting(words[at]))) {
-      // "-u NAME" and "-C FOLDER" take the word after them.
-      at += words[at] == "-u" || words[at] == "-C" ? 2 : 1;
-    }
-  }
-  if (at >= words.size()) return "";
-  if (!isInterpreter(nameOf(words[at]))) return words[at];
-  const auto script = std::find_if(words.begin() + static_cast<std::ptrdiff_t>(at) + 1, words.end(),
-                                   [](const std::string& word) { return word.starts_with('/'); });
-  return script == words.end() ? words[at] : *script;
 }
 
 bool isShownIn(const DesktopEntry& entry, std::string_view desktops) {

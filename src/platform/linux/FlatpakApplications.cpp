@@ -67,8 +67,11 @@ void readFlatpakDeploy(std::string_view bytes, std::string& version, std::uint64
     constexpr std::uint64_t kPlausible = 1ULL << 50;
     if (size > kPlausible) size = 0;
   }
-  constexpr std::string_view kKey("\0appdata-version\0", 17);
-  const std::size_t key = bytes.find(kKey);
+  // Each entry of a dictionary begins at a multiple of eight, its value too.
+  constexpr std::string_view kKey("appdata-version\0", 16);
+  std::size_t key = bytes.find(kKey);
+  while (key != std::string_view::npos && key % 8 != 0)
+    key = bytes.find(kKey, key + 1);
   if (key == std::string_view::npos) return;
   const std::size_t value = aligned(key + kKey.size());
   const std::string_view text = textAt(bytes, value);
