@@ -3,6 +3,7 @@
 #include "AttributedText.h"
 #include "FSRef.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -29,8 +30,10 @@ class CommUti {
   static std::uint64_t volSpaceFromString(std::string_view text);
 
   /// Sum of the data-fork logical sizes below a folder, or of the item itself; 0 on any error.
-  /// Links are not followed and mounts not crossed. Blocks: not for the main thread.
-  static std::uint64_t sizeOfFileRef(const FSRef& reference);
+  /// Links are not followed and mounts not crossed. Blocks: not for the main thread. `cancel` ends
+  /// it early, with what was counted until then.
+  static std::uint64_t sizeOfFileRef(const FSRef& reference,
+                                     const std::atomic<bool>* cancel = nullptr);
 
   // Search locations, in the order in which they are searched.
 

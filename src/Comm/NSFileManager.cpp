@@ -47,8 +47,8 @@ std::uint64_t NSFileManager::fastFolderSizeAtFSRef(const FSRef& reference,
   return sizeOf(reference, cancel).total();
 }
 
-std::uint64_t CommUti::sizeOfFileRef(const FSRef& reference) {
-  return sizeOf(reference, nullptr).dataSize;
+std::uint64_t CommUti::sizeOfFileRef(const FSRef& reference, const std::atomic<bool>* cancel) {
+  return sizeOf(reference, cancel).dataSize;
 }
 
 bool NSFileManager::isFileSymbolicLink(const std::string& path) {

@@ -2,11 +2,9 @@
 
 #include "DeletablePermission.h"
 #include "Host.h"
-#include "PathResolution.h"
+#include "PrivilegedRemoval.h"
 #include "SystemLog.h"
 
-#include <algorithm>
-#include <cerrno>
 #include <utility>
 
 namespace brisko {
@@ -17,7 +15,6 @@ constexpr const char* kBless = "com.apple.ServiceManagement.blesshelper";
 constexpr unsigned kAsk =
     Authorization::interactionAllowed | Authorization::extendRights | Authorization::preAuthorize;
 constexpr unsigned kAskAgain = Authorization::interactionAllowed | Authorization::extendRights;
-constexpr std::size_t kSmallestBuffer = 260;
 
 ZkAuthorization*& shared() {
   static ZkAuthorization* instance = nullptr;
@@ -26,20 +23,6 @@ ZkAuthorization*& shared() {
 
 Authorization& authorization() {
   return *Host::current().authorization;
-}
-
-// Length in UTF-16 units of bytes that are UTF-8; a byte that is not counts as one.
-std::size_t characterLength(const std::string& path) {
-  std::size_t length = 0;
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    if ((byte & 0xC0) != 0x80) length += byte >= 0xF0 ? 2 : 1;
-  }
-  return length;
-}
-
-bool fitsBuffer(const std::string& path) {
-  return path.size() <= std::max(characterLength(path), kSmallestBuffer) - 1;
 }
 
 RemovalReport reportOf(RemovalOutcome outcome, std::string reason) {
@@ -144,23 +127,8 @@ bool ZkAuthorization::removeItemAtPath(const std::string& path) {
 
 RemovalReport ZkAuthorization::removePrivileged(const std::string& path,
                                                 const std::optional<FileIdentity>& shown) {
-  if (!fitsBuffer(path)) {
-    return reportOf(RemovalOutcome::failed,
-                    "The path is too long to be removed with administrator rights.");
-  }
-  if (auto refusal = RemovalEngine().refusal(path)) return *std::move(refusal);
-  // The privileged side follows no link at all, so it is given the place as it really is.
-  const ParentFolder parent = openParent(RemovalCalls::system(), path);
-  if (parent.error == ENOENT || parent.error == ENOTDIR) {
-    return reportOf(RemovalOutcome::missing, "It is not there.");
-  }
-  struct statx facts;
-  if (parent.error == 0 &&
-      factsOf(RemovalCalls::system(), parent.folder.get(), parent.name.c_str(), facts) != 0 &&
-      errno == ENOENT) {
-    return reportOf(RemovalOutcome::missing, "It is not there.");
-  }
-  return runTool(parent.error == 0 ? parent.itemPath() : path, shown);
+  PrivilegedPlace place = privilegedPlace(path);
+  return place.end ? *std::move(place.end) : runTool(place.path, shown);
 }
 
 RemovalReport ZkAuthorization::runTool(const std::string& path,
@@ -171,21 +139,11 @@ RemovalReport ZkAuthorization::runTool(const std::string& path,
                     "The administrator's right was not given.");
   }
   const Authorization::Reference reference = getAuthorizationRet();
-  Authorization::Result result;
-  const int status = authorization().execute(reference, "/bin/rm", {"-rf", path}, shown, result);
+  bool toolHasGone = false;
+  RemovalReport report = runPrivilegedTool(reference, path, shown, toolHasGone);
   if (reference != 0) authorization().free(reference);
-  if (status == Authorization::kToolFailed || status == Authorization::kInvalid) {
-    // The helper has gone. What is left of the right is given back, so that it can be asked for
-    // anew.
-    freeAuthorization();
-    return reportOf(RemovalOutcome::failed, "The privileged helper did not answer.");
-  }
-  RemovalReport report;
-  report.freedBytes = result.freedBytes;
-  report.outcome = RemovalOutcome::removed;
-  if (status == 0 && result.output.empty()) return report;
-  report.outcome = RemovalOutcome::failed;
-  report.reason = result.output.empty() ? "The privileged helper refused." : result.output;
+  // What is left of the right is given back, so that it can be asked for anew.
+  if (toolHasGone) freeAuthorization();
   return report;
 }
 

@@ -1,17 +1,14 @@
 #pragma once
 
-#include <QPersistentModelIndex>
-#include <QTreeView>
+#include "CheckOutline.h"
 
 namespace brisko {
 
 class DuplicateTreeModel;
 class ImageCheckBox;
 
-/// The outline of groups and their copies. Boxes are drawn, not made of widgets, and all rows are
-/// of one height, so its cost is that of the rows in sight. Space toggles the highlighted row's
-/// box, left and right close and open groups, and so does Return; on a copy it asks to see it.
-class DuplicateOutline : public QTreeView {
+/// The outline of groups and their copies. Opening a copy asks to see it where it lies.
+class DuplicateOutline : public CheckOutline {
   Q_OBJECT
 
  public:
@@ -23,26 +20,11 @@ class DuplicateOutline : public QTreeView {
   ImageCheckBox* selectAllBox() const;
 
  Q_SIGNALS:
-  /// The user asked for the row's box to change.
-  void toggleRequested(const QModelIndex& index);
   /// The user wants to see the copy where it lies: a double click, or Return.
   void revealRequested(const QModelIndex& index);
-  /// The highlighted row is another one, or none.
-  void currentRowChanged(const QModelIndex& index);
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
-  void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  void openOrReveal(const QModelIndex& index);
-
-  QPersistentModelIndex pressed_;
+  void openRow(const QModelIndex& row) override;
 };
 
 }  // namespace brisko

@@ -11,6 +11,11 @@
 #include "SmartCommand.h"
 #include "LargeCommand.h"
 #include "ShredCommand.h"
+#include "AppsCommand.h"
+#include "DuplicatesCommand.h"
+#include "JunkCommand.h"
+#include "RelatedCommand.h"
+#include "UninstallCommand.h"
 
 namespace brisko {
 namespace {
@@ -24,6 +29,9 @@ std::unique_ptr<Command> make() {
 
 constexpr Maker kMakers[] = {
     make<JunkCommand>,
+    make<AppsCommand>,
+    make<RelatedCommand>,
+    make<UninstallCommand>,
     make<DuplicatesCommand>,
     make<LoginItemsCommand>,
     make<CheckUpdateCommand>,

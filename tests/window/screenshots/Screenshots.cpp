@@ -1,10 +1,15 @@
-// Renders the window's states into pictures: Screenshots FOLDER, under any platform.
+// Renders the window's states into pictures: Screenshots FOLDER [PAGE], under any platform. PAGE is
+// "junk", "duplicates" or "apps"; without it all are rendered.
 
 #include "APFSScanWindowController.h"
 #include "AppDelegate.h"
 #include "BriskoStyle.h"
 #include "DemoRoot.h"
 #include "DemoDisks.h"
+#include "AMRelatedFilesWindowController.h"
+#include "AppDelegate.h"
+#include "BriskoStyle.h"
+#include "DemoApplications.h"
 #include "DemoDuplicates.h"
 #include "DemoRoot.h"
 #include "DiskOutline.h"
@@ -24,6 +29,7 @@
 #include "Pictures.h"
 #include "NTFSWindowController.h"
 #include "PageController.h"
+#include "RelatedFilesTree.h"
 #include "RingButton.h"
 #include "SegmentBar.h"
 #include "ShredProgressWindowController.h"
@@ -32,10 +38,14 @@
 #include "TCPreferenceWindowController.h"
 #include "Theme.h"
 #include "UnlinkGuard.h"
+#include "UninstallViewController.h"
 
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QLocale>
+#include <QToolButton>
+#include <QTimer>
 
 #include <cstdio>
 #include <filesystem>
@@ -357,6 +367,86 @@ void takeShredderPictures(AppDelegate& delegate, test::DemoRoot& root) {
 }
 
 void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
+// Acts on the next modal window of this name, once.
+void onWindow(const char* name, std::function<bool(QWidget*)> act) {
+  auto* poll = new QTimer(qApp);
+  QObject::connect(poll, &QTimer::timeout, [poll, name, act] {
+    QWidget* panel = QApplication::activeModalWidget();
+    if (panel == nullptr || panel->objectName() != QLatin1String(name)) return;
+    // Taking a picture lets events through.
+    poll->stop();
+    if (!act(panel)) return poll->start();
+    poll->deleteLater();
+  });
+  poll->start(20);
+}
+
+void takeRemovalPictures(UninstallViewController& apps) {
+  onWindow("AMRelatedFilesWindowController", [&apps](QWidget* panel) {
+    if (!apps.relatedFilesWinController()->model().isComplete()) return false;
+    auto* outline = panel->findChild<RelatedFilesOutline*>();
+    outline->expandAll();
+    outline->setCurrentIndex(outline->model()->index(2, 0, outline->model()->index(0, 0)));
+    save(panel, "apps-review");
+    outline->scrollToBottom();
+    save(panel, "apps-review-package");
+    click(panel, "uninstallButton");
+    return true;
+  });
+  onWindow("UninstallProgressWindowController", [&apps](QWidget* panel) {
+    const RelatedFilesModel& model = apps.relatedFilesWinController()->model();
+    static bool isTaken = false;
+    if (!model.isEnded()) {
+      if (!isTaken && model.deleteCount() > 0) saveNow(panel, "apps-removing");
+      isTaken = model.deleteCount() > 0;
+      return false;
+    }
+    isTaken = false;
+    save(panel, "apps-removed");
+    click(panel, "okButton");
+    return true;
+  });
+  apps.uninstallAppButtonAction();
+  while (!apps.isCanClick())
+    QApplication::processEvents(QEventLoop::AllEvents, 10);
+}
+
+void takeAppPictures(AppDelegate& delegate, test::DemoRoot& root) {
+  auto& apps = static_cast<UninstallViewController&>(*delegate.pages()[2]);
+  UninstallModel& model = apps.model();
+  test::makeDemoApplications(root.path());
+  delegate.goToPage(2);
+  apps.refButtonAction();
+  while (model.isBusy() || !model.isMeasured())
+    settle(20);
+  const auto tick = [&](const char* name) {
+    for (std::size_t row = 0; row < model.showListArr().size(); ++row) {
+      if (model.showListArr()[row]->name == name) model.selectUninstallApp(row);
+    }
+  };
+  while (!model.isSort())
+    model.didClickTableColumn(UninstallColumn::appname);
+  model.didClickTableColumn(UninstallColumn::appname);
+  tick("Aurora Editor");
+  tick("Sketchbook");
+  save(delegate.window(), "apps-list");
+  auto* field = apps.getView()->findChild<QLineEdit*>();
+  const auto search = [&](const char* text) {
+    field->setText(QLatin1String(text));
+    Q_EMIT field->textEdited(field->text());
+  };
+  search("aurora");
+  save(delegate.window(), "apps-search");
+  search("harbour");
+  save(delegate.window(), "apps-nothing-found");
+  apps.closeSearchButton();
+  takeRemovalPictures(apps);
+}
+
+void takePictures(AppDelegate& delegate, test::DemoRoot& root, const QByteArray& page) {
+  if (page == "junk") return takeJunkPictures(delegate, root);
+  if (page == "duplicates") return takeDuplicatePictures(delegate, root);
+  if (page == "apps") return takeAppPictures(delegate, root);
   delegate.goToPage(0);
   save(delegate.window(), "system-status");
   demoDisks.mount();
@@ -364,6 +454,7 @@ void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
   takeJunkPictures(delegate, root);
   takeDuplicatePictures(delegate, root);
   takeShredderPictures(delegate, root);
+  takeAppPictures(delegate, root);
   TCPreferenceWindowController about(delegate.window());
   about.show();
   save(&about, "about");
@@ -381,7 +472,7 @@ void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
 
 int main(int argc, char** argv) {
   if (argc < 2) {
-    std::fprintf(stderr, "usage: %s FOLDER\n", argv[0]);
+    std::fprintf(stderr, "usage: %s FOLDER [PAGE]\n", argv[0]);
     return 2;
   }
   const QString folder = QFile::decodeName(argv[1]);
@@ -397,6 +488,7 @@ int main(int argc, char** argv) {
                                2'000'000'000'000, 131'000'000'000)};
   Host::current().workspace = std::move(workspace);
   const test::DemoDisks disks(root.path());
+  Host::current().installedApplications = std::make_unique<test::DemoInstalledApplications>();
   // Dates are in the pictures.
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
   MyNSApplication application(argc, argv);
@@ -412,6 +504,7 @@ int main(int argc, char** argv) {
     for (const auto take : kTakers)
       take(delegate, root);
     takePictures(delegate, root, disks);
+    takePictures(delegate, root, argv[2]);
   }
   return 0;
 }
