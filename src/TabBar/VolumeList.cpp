@@ -101,12 +101,18 @@ void VolumeList::showEvent(QShowEvent* event) {
 }
 
 void VolumeList::refresh() {
-  // In the background: a network volume whose server is gone can hold the question up for minutes.
-  const int look = ++latestLook_;
-  Dispatch::global([list = QPointer<VolumeList>(this), look] {
+  // One look at a time, and in the background: a network volume whose server is gone can hold the
+  // question up for minutes.
+  looksAgain_ = isLooking_;
+  if (isLooking_) return;
+  isLooking_ = true;
+  Dispatch::global([list = QPointer<VolumeList>(this)] {
     auto volumes = Host::current().workspace->mountedVolumes();
-    Dispatch::mainAsync([list, look, volumes = std::move(volumes)] {
-      if (list && list->latestLook_ == look) list->take(volumes);
+    Dispatch::mainAsync([list, volumes = std::move(volumes)] {
+      if (!list) return;
+      list->isLooking_ = false;
+      list->take(volumes);
+      if (list->looksAgain_) list->refresh();
     });
   });
 }

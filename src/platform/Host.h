@@ -5,7 +5,9 @@
 
 #include "Authorization.h"
 #include "Catalog.h"
+#include "HostActivity.h"
 #include "HostFolders.h"
+#include "HostStatistics.h"
 #include "Preferences.h"
 #include "SystemVersion.h"
 #include "Workspace.h"
@@ -27,6 +29,8 @@ struct Host {
   std::unique_ptr<Authorization> authorization;
   std::unique_ptr<Preferences> preferences;
   std::unique_ptr<SystemVersion> systemVersion;
+  std::unique_ptr<HostStatistics> statistics;
+  std::unique_ptr<HostActivity> activity;
 
   /// The host in use. The first call makes the running system's own when none was installed.
   static Host& current();

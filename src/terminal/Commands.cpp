@@ -2,6 +2,7 @@
 
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
+#include "StatusCommand.h"
 
 namespace brisko {
 namespace {
@@ -14,6 +15,7 @@ std::unique_ptr<Command> make() {
 }
 
 constexpr Maker kMakers[] = {
+    make<StatusCommand>,
     make<JunkCommand>,
     make<DuplicatesCommand>,
 };

@@ -1,7 +1,9 @@
 #include "Host.h"
 #include "LinuxAuthorization.h"
 #include "LinuxCatalog.h"
+#include "LinuxHostActivity.h"
 #include "LinuxHostFolders.h"
+#include "LinuxHostStatistics.h"
 #include "LinuxPreferences.h"
 #include "LinuxSystemVersion.h"
 #include "LinuxWorkspace.h"
@@ -18,6 +20,9 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
       folders.variable("XDG_CONFIG_HOME").value_or("") + "/brisko/Preferences");
   host->systemVersion = std::make_unique<LinuxSystemVersion>(
       folders.path("/System/Library/CoreServices/SystemVersion.plist"));
+  // Figures are those of the machine that runs, whatever stands for "/".
+  host->statistics = std::make_unique<LinuxHostStatistics>();
+  host->activity = std::make_unique<LinuxHostActivity>();
   host->workspace = std::make_unique<LinuxWorkspace>();
   return host;
 }

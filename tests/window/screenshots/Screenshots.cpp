@@ -3,6 +3,7 @@
 #include "AppDelegate.h"
 #include "BriskoStyle.h"
 #include "DemoDuplicates.h"
+#include "DemoFigures.h"
 #include "DemoRoot.h"
 #include "Dispatch.h"
 #include "DuplicateOutline.h"
@@ -19,7 +20,9 @@
 #include "RingButton.h"
 #include "SegmentBar.h"
 #include "StatusBarView.h"
+#include "StatusFeed.h"
 #include "StatusPanel.h"
+#include "SystemStartViewController.h"
 #include "TCPreferenceWindowController.h"
 #include "Theme.h"
 
@@ -28,6 +31,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLocale>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTimer>
 
 #include <cstdio>
@@ -221,9 +226,28 @@ void takeDuplicatePictures(AppDelegate& delegate, test::DemoRoot& root) {
   click(page, "nothingButton");
 }
 
-void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
+// Two minutes, that are over at once.
+void fillHistory(StatusFeed& feed, int cores = 8) {
+  settle();
+  for (int second = 0; second < static_cast<int>(FigureHistory::kSeconds); ++second)
+    feed.take(test::demoSample(second, cores));
+}
+
+void takeStatusPictures(AppDelegate& delegate) {
+  auto& status = static_cast<SystemStartViewController&>(*delegate.pages()[0]);
   delegate.goToPage(0);
-  save(delegate.window(), "system-status");
+  fillHistory(status.feed());
+  saveNow(delegate.window(), "system-status");
+  auto* scrollArea = status.getView()->findChild<QScrollArea*>();
+  scrollArea->verticalScrollBar()->setValue(scrollArea->verticalScrollBar()->maximum());
+  saveNow(delegate.window(), "system-status-below");
+  scrollArea->verticalScrollBar()->setValue(0);
+  fillHistory(status.feed(), 128);
+  saveNow(delegate.window(), "system-status-128-cores");
+}
+
+void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
+  takeStatusPictures(delegate);
   delegate.goToPage(5);
   save(delegate.window(), "disk-manager");
   takeJunkPictures(delegate, root);
@@ -238,7 +262,8 @@ void takePictures(AppDelegate& delegate, test::DemoRoot& root) {
   access.hide();
   StatusPanel panel;
   panel.popUp(QRect(1000, 0, 20, 20));
-  save(&panel, "menu-bar-panel");
+  fillHistory(panel.feed());
+  saveNow(&panel, "menu-bar-panel");
 }
 
 }  // namespace
@@ -258,6 +283,7 @@ int main(int argc, char** argv) {
                         volume("Photos", "/media/anna/Photos", Place::externalBus,
                                2'000'000'000'000, 131'000'000'000)};
   Host::current().workspace = std::move(workspace);
+  test::installDemoFigures(Host::current());
   // Dates are in the pictures.
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
   MyNSApplication application(argc, argv);
