@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kFirstNamed = 6;
 constexpr const char* kSystemNames[] = {
-    "OS X Snow Leopard", "OS X Lion",        "OS X Mountain Lion", "OS X Mavericks", "OS X Yosemite",
+    "OS X Snow Leopard", "OS X Lion",    "OS X Mountain Lion", "OS X Mavericks", "OS X Yosemite",
     "OS X El Capitan",   "macOS Sierra", "macOS High Sierra",  "macOS Mojave"};
 
 std::string lowerCased(std::string_view text) {

@@ -65,8 +65,9 @@ void CoreGrid::show(const SystemHistory& history) {
   loads_ = history.latest().cores;
   histories_ = history.cores;
   if (isOtherCount) layOut();
-  const auto busiest = std::max_element(loads_.begin(), loads_.end(),
-                                        [](const auto& a, const auto& b) { return total(a) < total(b); });
+  const auto busiest =
+      std::max_element(loads_.begin(), loads_.end(),
+                       [](const auto& a, const auto& b) { return total(a) < total(b); });
   QString text = getLocalizedString("No information");
   if (busiest != loads_.end()) text = told(static_cast<int>(busiest - loads_.begin()));
   setAccessibleDescription(filledIn(getLocalizedString("Busiest: %@"), text));

@@ -12,8 +12,8 @@ namespace brisko {
 struct CoreLayout {
   int columns = 1;
   int rows = 1;
-  int cellHeight = 0;  ///< points
-  int gap = 0;         ///< points between two cells
+  int cellHeight = 0;       ///< points
+  int gap = 0;              ///< points between two cells
   bool hasCurves = false;   ///< each cell shows two minutes, else only the load of now
   bool hasFigures = false;  ///< each cell shows its load as a figure
 

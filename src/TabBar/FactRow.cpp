@@ -64,7 +64,8 @@ std::vector<QRect> FactRow::places() const {
   const int gaps = std::max(0, static_cast<int>(facts_.size()) - 1);
   widths = fairWidths(widths, width() - gaps * Space::wide);
   const int taken = std::accumulate(widths.begin(), widths.end(), 0);
-  const int gap = gaps > 0 ? std::min<int>(Space::huge + Space::large, (width() - taken) / gaps) : 0;
+  const int gap =
+      gaps > 0 ? std::min<int>(Space::huge + Space::large, (width() - taken) / gaps) : 0;
   std::vector<QRect> places;
   int x = 0;
   for (const int each : widths) {

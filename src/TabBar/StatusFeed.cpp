@@ -33,7 +33,8 @@ void StatusFeed::start() {
   ++run_;
   isFresh_ = true;
   // The curves go on where they ended, as far away as that is.
-  if (sinceSample_.isValid()) history_.skip(static_cast<std::size_t>(sinceSample_.elapsed() / kInterval));
+  if (sinceSample_.isValid())
+    history_.skip(static_cast<std::size_t>(sinceSample_.elapsed() / kInterval));
   sample();
 }
 
@@ -60,16 +61,17 @@ void StatusFeed::sample() {
       taken = (*sampler)->sample();
     }
     if (wantsInformation) information = SystemTexts::systemInformation();
-    Dispatch::mainAsync([feed, run, taken = std::move(taken), information = std::move(information)] {
-      if (!feed) return;
-      feed->isBusy_ = false;
-      if (information && !feed->information_) {
-        feed->information_ = information;
-        Q_EMIT feed->informationKnown();
-      }
-      // What was measured before the widget was hidden is no longer of now.
-      if (taken && run == feed->run_) feed->take(*taken);
-    });
+    Dispatch::mainAsync(
+        [feed, run, taken = std::move(taken), information = std::move(information)] {
+          if (!feed) return;
+          feed->isBusy_ = false;
+          if (information && !feed->information_) {
+            feed->information_ = information;
+            Q_EMIT feed->informationKnown();
+          }
+          // What was measured before the widget was hidden is no longer of now.
+          if (taken && run == feed->run_) feed->take(*taken);
+        });
   });
 }
 

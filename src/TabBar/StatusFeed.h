@@ -15,8 +15,8 @@ namespace brisko {
 
 class VisibleTicker;
 
-/// The machine's figures for a widget: one sample a second while the widget can be seen, taken in the
-/// background, and nothing at all while it cannot.
+/// The machine's figures for a widget: one sample a second while the widget can be seen, taken in
+/// the background, and nothing at all while it cannot.
 class StatusFeed : public QObject {
   Q_OBJECT
 

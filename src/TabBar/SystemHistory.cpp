@@ -21,10 +21,10 @@ void FigureHistory::skip(std::size_t seconds) {
 }
 
 std::vector<FigureHistory*> SystemHistory::all() {
-  std::vector<FigureHistory*> figures = {
-      &processor,   &processorUser,  &processorSystem, &usedMemory,
-      &activeMemory, &wiredMemory,   &inactiveMemory,  &diskRead,
-      &diskWritten, &networkReceived, &networkSent};
+  std::vector<FigureHistory*> figures = {&processor,       &processorUser, &processorSystem,
+                                         &usedMemory,      &activeMemory,  &wiredMemory,
+                                         &inactiveMemory,  &diskRead,      &diskWritten,
+                                         &networkReceived, &networkSent};
   for (FigureHistory& core : cores)
     figures.push_back(&core);
   return figures;

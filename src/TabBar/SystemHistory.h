@@ -32,14 +32,14 @@ class SystemHistory {
   const SystemSample& latest() const { return latest_; }
   bool isEmpty() const { return isEmpty_; }
 
-  FigureHistory processor;        ///< 0 to 1, as the two below, of which it is the sum
+  FigureHistory processor;  ///< 0 to 1, as the two below, of which it is the sum
   FigureHistory processorUser;
   FigureHistory processorSystem;
-  FigureHistory usedMemory;       ///< bytes, as the three below
+  FigureHistory usedMemory;  ///< bytes, as the three below
   FigureHistory activeMemory;
   FigureHistory wiredMemory;
   FigureHistory inactiveMemory;
-  FigureHistory diskRead;         ///< bytes per second, as the three below
+  FigureHistory diskRead;  ///< bytes per second, as the three below
   FigureHistory diskWritten;
   FigureHistory networkReceived;
   FigureHistory networkSent;

@@ -30,9 +30,8 @@ TransferRate rateBetween(const std::vector<TransferCounters>& before,
   TransferRate rate;
   if (seconds <= 0) return rate;
   for (const TransferCounters& device : now) {
-    const auto known = std::find_if(before.begin(), before.end(), [&](const auto& each) {
-      return each.name == device.name;
-    });
+    const auto known = std::find_if(before.begin(), before.end(),
+                                    [&](const auto& each) { return each.name == device.name; });
     if (known == before.end()) continue;
     rate.in += moved(known->in, device.in) / seconds;
     rate.out += moved(known->out, device.out) / seconds;

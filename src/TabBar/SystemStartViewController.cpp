@@ -120,8 +120,8 @@ void SystemStartViewController::showProcessor() {
       {getLocalizedString("System"), Token::success, percent(load.system)},
       {getLocalizedString("Idle"), std::nullopt, percent(1 - load.user - load.system)}};
   if (const auto celsius = SystemTexts::hottest(now, Temperature::Kind::processor)) {
-    parts.push_back({getLocalizedString("Temperature"), std::nullopt,
-                     shown(SystemTexts::degrees(*celsius))});
+    parts.push_back(
+        {getLocalizedString("Temperature"), std::nullopt, shown(SystemTexts::degrees(*celsius))});
   }
   const bool isKnown = !now.cores.empty();
   if (!isKnown) parts.clear();
@@ -146,7 +146,7 @@ void SystemStartViewController::showMemory() {
   };
   ui_->memoryCard->setValue(
       memory(static_cast<double>(now.usedMomory)),
-      filledIn(getLocalizedString("used of %@"), memory(static_cast<double>(now.totalMemory))));
+      filledIn(getLocalizedString("of %@ used"), memory(static_cast<double>(now.totalMemory))));
   ui_->memoryCard->setParts({part("Programs", Token::accentFill, now.activeMemory),
                              part("System", Token::success, now.wiredMemory),
                              part("Cache", Token::control, now.inactiveMemory),
@@ -162,8 +162,8 @@ void SystemStartViewController::showTransfers() {
       {getLocalizedString("Read"), Token::accentFill, rate(now.disk.in)},
       {getLocalizedString("Written"), Token::warningFill, rate(now.disk.out)}};
   if (const auto celsius = SystemTexts::hottest(now, Temperature::Kind::drive)) {
-    parts.push_back({getLocalizedString("Temperature"), std::nullopt,
-                     shown(SystemTexts::degrees(*celsius))});
+    parts.push_back(
+        {getLocalizedString("Temperature"), std::nullopt, shown(SystemTexts::degrees(*celsius))});
   }
   ui_->diskCard->setValue(now.disks.empty() ? getLocalizedString("No disk")
                                             : rate(now.disk.in + now.disk.out));
@@ -171,8 +171,8 @@ void SystemStartViewController::showTransfers() {
 
   ui_->networkCard->chart()->setValues(0, history.networkReceived.values());
   ui_->networkCard->chart()->setValues(1, history.networkSent.values());
-  ui_->networkCard->setValue(rate(now.network.in + now.network.out),
-                             displayText(SystemTexts::networkState(now)));
+  ui_->networkCard->setRemark(displayText(SystemTexts::networkState(now)));
+  ui_->networkCard->setValue(rate(now.network.in + now.network.out));
   ui_->networkCard->setParts(
       {{getLocalizedString("Received"), Token::accentFill, rate(now.network.in)},
        {getLocalizedString("Sent"), Token::success, rate(now.network.out)}});

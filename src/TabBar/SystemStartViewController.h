@@ -14,8 +14,8 @@ namespace brisko {
 
 class StatusFeed;
 
-/// System Status: what the machine is and how it is doing, live while the page is seen, and the ways
-/// to all modules.
+/// System Status: what the machine is and how it is doing, live while the page is seen, and the
+/// ways to all modules.
 class SystemStartViewController : public PageController {
   Q_OBJECT
 

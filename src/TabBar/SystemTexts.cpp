@@ -18,15 +18,15 @@ std::string counted(std::uint64_t count, const char* one, const char* many) {
   return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
-// The user's full name is the first of the comma-separated facts about them.
-std::string fullUserName() {
+// Name, and full name, which is the first of the comma-separated facts about a user.
+void fillUser(VarSystemInfo& info) {
   passwd entry{};
   passwd* found = nullptr;
   char buffer[4096];
-  if (getpwuid_r(getuid(), &entry, buffer, sizeof buffer, &found) != 0 || found == nullptr)
-    return {};
+  if (getpwuid_r(getuid(), &entry, buffer, sizeof buffer, &found) != 0 || found == nullptr) return;
   const std::string facts = found->pw_gecos != nullptr ? found->pw_gecos : "";
-  return facts.substr(0, facts.find(','));
+  info.sysFullUserName = facts.substr(0, facts.find(','));
+  if (info.sysUserName.empty()) info.sysUserName = found->pw_name;
 }
 
 }  // namespace
@@ -107,7 +107,7 @@ VarSystemInfo SystemTexts::systemInformation() {
   };
   info.sysName = text("kern.hostname");
   info.sysUserName = CommUti::userName();
-  info.sysFullUserName = fullUserName();
+  fillUser(info);
   info.sysOSName = Host::current().statistics->productName();
   if (info.sysOSName.empty()) info.sysOSName = VarSystemInfo::getMinorVer().value_or("");
   info.sysOSVersion = text("kern.osrelease");

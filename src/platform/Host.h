@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "Authorization.h"
 #include "Catalog.h"
 #include "HostActivity.h"
@@ -11,6 +8,9 @@
 #include "Preferences.h"
 #include "SystemVersion.h"
 #include "Workspace.h"
+
+#include <memory>
+#include <string>
 
 namespace brisko {
 

@@ -42,11 +42,14 @@ std::string LiveBlock::cut(std::string_view line, std::size_t columns) {
   bool isEscape = false;
   bool hasColour = false;
   for (const char byte : line) {
-    if (byte == '\033') isEscape = hasColour = true;
+    if (byte == '\033') isEscape = true;
     const bool isContinuation = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-    if (!isEscape && !isContinuation && taken++ == columns) return kept + (hasColour ? "\033[0m" : "");
+    if (!isEscape && !isContinuation && taken++ == columns)
+      return kept + (hasColour ? "\033[0m" : "");
     kept += byte;
-    if (isEscape && byte == 'm') isEscape = false;
+    if (!isEscape || byte != 'm') continue;
+    isEscape = false;
+    hasColour = !kept.ends_with("[0m");
   }
   return kept;
 }

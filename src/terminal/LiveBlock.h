@@ -16,8 +16,8 @@ class LiveBlock {
   LiveBlock(const LiveBlock&) = delete;
   LiveBlock& operator=(const LiveBlock&) = delete;
 
-  /// Shows `text`, lines ended by line breaks. On a terminal, what is wider or higher than it is cut
-  /// off. False, and one line on standard error, when it cannot be written.
+  /// Shows `text`, lines ended by line breaks. On a terminal, what is wider or higher than it is
+  /// cut off. False, and one line on standard error, when it cannot be written.
   bool show(std::string_view text);
 
   /// The width there is now.

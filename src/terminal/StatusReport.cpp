@@ -34,9 +34,12 @@ std::size_t barColumns(std::size_t columns) {
 
 const char* kindName(Temperature::Kind kind) {
   switch (kind) {
-    case Temperature::Kind::processor: return "processor";
-    case Temperature::Kind::drive: return "drive";
-    case Temperature::Kind::other: return "other";
+    case Temperature::Kind::processor:
+      return "processor";
+    case Temperature::Kind::drive:
+      return "drive";
+    case Temperature::Kind::other:
+      return "other";
   }
   return "other";
 }
@@ -73,10 +76,14 @@ Json processorJson(const SystemSample& sample) {
 }
 
 Json memoryJson(const SSMemoryInfo& memory) {
-  return {{"totalMemory", memory.totalMemory},       {"freeMemory", memory.freeMemory},
-          {"wiredMemory", memory.wiredMemory},       {"activeMemory", memory.activeMemory},
-          {"inactiveMemory", memory.inactiveMemory}, {"usedMomory", memory.usedMomory},
-          {"pageIn", memory.pageIn},                 {"pageOut", memory.pageOut},
+  return {{"totalMemory", memory.totalMemory},
+          {"freeMemory", memory.freeMemory},
+          {"wiredMemory", memory.wiredMemory},
+          {"activeMemory", memory.activeMemory},
+          {"inactiveMemory", memory.inactiveMemory},
+          {"usedMomory", memory.usedMomory},
+          {"pageIn", memory.pageIn},
+          {"pageOut", memory.pageOut},
           {"virtualMemory", memory.virtualMemory}};
 }
 
@@ -151,13 +158,12 @@ std::string StatusReport::processor(const SystemSample& sample, std::size_t colu
   const auto figure = [](double fraction) {
     return rightAligned(SystemTexts::percent(fraction), kFigure);
   };
-  std::string text = style_.bold(leftAligned("Processor", kLabel)) +
-                     bar(load.user + load.system, barColumns(columns)) +
-                     figure(load.user + load.system) +
-                     style_.dim(fmt::format("  programs {}, system {}",
-                                            SystemTexts::percent(load.user),
-                                            SystemTexts::percent(load.system))) +
-                     "\n";
+  std::string text =
+      style_.bold(leftAligned("Processor", kLabel)) +
+      bar(load.user + load.system, barColumns(columns)) + figure(load.user + load.system) +
+      style_.dim(fmt::format("  programs {}, system {}", SystemTexts::percent(load.user),
+                             SystemTexts::percent(load.system))) +
+      "\n";
   const bool hasBars = sample.cores.size() <= kMostBars;
   constexpr std::size_t kBar = 10;
   const std::size_t width = hasBars ? 3 + 1 + kBar + kFigure : kFigure;
@@ -167,14 +173,13 @@ std::string StatusReport::processor(const SystemSample& sample, std::size_t colu
     const double busy = sample.cores[i].user + sample.cores[i].system;
     if (isFirst) {
       const std::size_t last = std::min(i + inRow, sample.cores.size());
-      const std::string label = hasBars ? (i == 0 ? "  cores" : "")
-                                        : fmt::format("  {} to {}", i + 1, last);
+      const std::string label =
+          hasBars ? (i == 0 ? "  cores" : "") : fmt::format("  {} to {}", i + 1, last);
       text += style_.dim(leftAligned(label, kLabel));
     } else {
       text += "  ";
     }
-    if (hasBars)
-      text += style_.dim(rightAligned(std::to_string(i + 1), 3)) + " " + bar(busy, kBar);
+    if (hasBars) text += style_.dim(rightAligned(std::to_string(i + 1), 3)) + " " + bar(busy, kBar);
     text += figure(busy);
     if (i + 1 == sample.cores.size() || (i + 1) % inRow == 0) text += "\n";
   }

@@ -30,10 +30,17 @@ void ChartCard::setTitle(const QString& title) {
   update(head());
 }
 
-void ChartCard::setValue(const QString& value, const QString& remark) {
-  if (value == value_ && remark == remark_) return;
-  value_ = value;
+void ChartCard::setRemark(const QString& remark) {
+  if (remark == remark_) return;
   remark_ = remark;
+  describe();
+  update(head());
+}
+
+void ChartCard::setValue(const QString& value, const QString& suffix) {
+  if (value == value_ && suffix == suffix_) return;
+  value_ = value;
+  suffix_ = suffix;
   describe();
   update(head());
 }
@@ -51,7 +58,8 @@ void ChartCard::setParts(std::vector<Part> parts) {
 // What is drawn, as a text for assistive tools.
 void ChartCard::describe() {
   QStringList texts;
-  texts << (remark_.isEmpty() ? value_ : value_ + QLatin1Char(' ') + remark_);
+  texts << (suffix_.isEmpty() ? value_ : value_ + QLatin1Char(' ') + suffix_);
+  if (!remark_.isEmpty()) texts << remark_;
   for (const Part& part : parts_)
     texts << part.name + QLatin1Char(' ') + part.value;
   setAccessibleName(title_);
@@ -92,23 +100,32 @@ void ChartCard::paintEvent(QPaintEvent* event) {
 
 void ChartCard::paintHead(QPainter* painter) const {
   const QRect area = head();
-  const QFont valueFont = Theme::shared().font(18, QFont::DemiBold);
+  const QFont small = Theme::shared().font(12);
+  // All on one line of writing, from both ends; the remark has what is left between them.
+  constexpr int kBaseline = 19;
+  const auto drawn = [&](int x, const QFont& font, Theme::Token colour, const QString& text) {
+    painter->setFont(font);
+    painter->setPen(themeColor(colour));
+    painter->drawText(QPoint(x, area.top() + kBaseline), text);
+  };
+  const auto widthOf = [](const QFont& font, const QString& text) {
+    return QFontMetrics(font).horizontalAdvance(text);
+  };
   const QFont titleFont = Theme::shared().font(14, QFont::DemiBold);
-  const QFont remarkFont = Theme::shared().font(12);
-  painter->setFont(titleFont);
-  painter->setPen(themeColor(Theme::Token::text));
-  painter->drawText(area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, title_);
-  painter->setFont(valueFont);
-  painter->drawText(area, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, value_);
-  if (remark_.isEmpty()) return;
-  const int taken = QFontMetrics(valueFont).horizontalAdvance(value_) + Space::small;
-  const int begun = QFontMetrics(titleFont).horizontalAdvance(title_) + Space::large;
-  const QRect room = area.adjusted(begun, 2, -taken, 0);
-  painter->setFont(remarkFont);
-  painter->setPen(themeColor(Theme::Token::textDimmed));
-  painter->drawText(
-      room, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
-      QFontMetrics(remarkFont).elidedText(remark_, Qt::ElideRight, std::max(0, room.width())));
+  const QFont valueFont = Theme::shared().font(18, QFont::DemiBold);
+  drawn(area.left(), titleFont, Theme::Token::text, title_);
+  int right = area.right() + 1;
+  if (!suffix_.isEmpty()) {
+    right -= widthOf(small, suffix_);
+    drawn(right, small, Theme::Token::textDimmed, suffix_);
+    right -= 6;
+  }
+  right -= widthOf(valueFont, value_);
+  drawn(right, valueFont, Theme::Token::text, value_);
+  const int left = area.left() + widthOf(titleFont, title_) + Space::medium;
+  const int room = std::max(0, right - Space::medium - left);
+  drawn(left, small, Theme::Token::textDimmed,
+        QFontMetrics(small).elidedText(remark_, Qt::ElideRight, room));
 }
 
 void ChartCard::paintPart(QPainter* painter, const QRect& area, const Part& part) const {

@@ -22,8 +22,10 @@ class ChartCard : public QWidget {
 
   HistoryChart* chart() const { return chart_; }
   void setTitle(const QString& title);
-  /// The value that matters, and a remark before it.
-  void setValue(const QString& value, const QString& remark = {});
+  /// A remark beside the title.
+  void setRemark(const QString& remark);
+  /// The value that matters, and what follows it in small.
+  void setValue(const QString& value, const QString& suffix = {});
   void setParts(std::vector<Part> parts);
 
   QString value() const { return value_; }
@@ -46,8 +48,9 @@ class ChartCard : public QWidget {
 
   HistoryChart* chart_;
   QString title_;
-  QString value_;
   QString remark_;
+  QString value_;
+  QString suffix_;
   std::vector<Part> parts_;
   int height_ = 0;
 };

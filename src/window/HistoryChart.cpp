@@ -217,10 +217,10 @@ void HistoryChart::paintPointed(QPainter* painter) const {
   painter->drawRoundedRect(bubble.adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
   for (qsizetype i = 0; i < lines.size(); ++i) {
     painter->setPen(themeColor(i == 0 ? Theme::Token::textDimmed : Theme::Token::text));
-    painter->drawText(QRectF(bubble.left() + Space::small,
-                             bubble.top() + Space::tiny + kLine * static_cast<double>(i), width + 1,
-                             kLine),
-                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, lines[i]);
+    painter->drawText(
+        QRectF(bubble.left() + Space::small,
+               bubble.top() + Space::tiny + kLine * static_cast<double>(i), width + 1, kLine),
+        Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, lines[i]);
   }
 }
 

@@ -9,8 +9,8 @@
 
 namespace brisko {
 
-/// Curves of the last two minutes, one value a second, the newest at the right edge. The value under
-/// the pointer is told with its age.
+/// Curves of the last two minutes, one value a second, the newest at the right edge. The value
+/// under the pointer is told with its age.
 ///
 /// Draws all of itself on the ground of a card, so that a new value costs no more than its own few
 /// thousand pixels.

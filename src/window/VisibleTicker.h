@@ -9,8 +9,8 @@ class QWindow;
 
 namespace brisko {
 
-/// A clock that beats only while a widget can be seen: not while it or a parent is hidden, nor while
-/// its window is minimised or not on the screen. Nothing runs meanwhile, not even a timer.
+/// A clock that beats only while a widget can be seen: not while it or a parent is hidden, nor
+/// while its window is minimised or not on the screen. Nothing runs meanwhile, not even a timer.
 class VisibleTicker : public QObject {
   Q_OBJECT
 

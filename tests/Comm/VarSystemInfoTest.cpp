@@ -33,10 +33,13 @@ TEST_F(VarSystemInfoTest, ModelNameComesFromTheTableElseFromTheFamily) {
   folder.file("MachineNames.plist",
               "<plist version=\"1.0\"><dict><key>X1,1</key><string>The X</string></dict></plist>");
   const Environment resources("BRISKO_RESOURCES", folder.path().c_str());
-  const std::pair<const char*, const char*> cases[] = {
-      {"X1,1", "The X"},           {"Macmini8,1", "Macmini8,1"}, {"IMAC99,1", "iMac"},
-      {"mac mini 9", "Mac mini"},  {"", ""},                     {"MacBookPro15,1", "MacBookPro15,1"},
-      {"Mac Pro", "Mac Pro"}};
+  const std::pair<const char*, const char*> cases[] = {{"X1,1", "The X"},
+                                                       {"Macmini8,1", "Macmini8,1"},
+                                                       {"IMAC99,1", "iMac"},
+                                                       {"mac mini 9", "Mac mini"},
+                                                       {"", ""},
+                                                       {"MacBookPro15,1", "MacBookPro15,1"},
+                                                       {"Mac Pro", "Mac Pro"}};
   for (const auto& [identifier, name] : cases)
     EXPECT_EQ(VarSystemInfo::_modelNameFromID(identifier), name) << identifier;
 }
@@ -70,9 +73,12 @@ TEST_F(VarSystemInfoTest, VersionAndNameRunFourBehindTheKernel) {
   statistics->values["kern.osversion"] = std::string("18G103");
   EXPECT_EQ(VarSystemInfo::getOSVersionInfo(), "10.14.7 (18G103)");
   EXPECT_EQ(VarSystemInfo::getMinorVer(), "macOS Mojave");
-  const std::pair<const char*, const char*> names[] = {
-      {"10.8.0", "OS X Snow Leopard"}, {"16-0", "macOS Sierra"}, {"21.6.0", "17"},
-      {"9.8.0", "5"},                  {"6.1.0-18-amd64", "2"},  {"3.0", "-1"}};
+  const std::pair<const char*, const char*> names[] = {{"10.8.0", "OS X Snow Leopard"},
+                                                       {"16-0", "macOS Sierra"},
+                                                       {"21.6.0", "17"},
+                                                       {"9.8.0", "5"},
+                                                       {"6.1.0-18-amd64", "2"},
+                                                       {"3.0", "-1"}};
   for (const auto& [kernel, name] : names) {
     release(kernel);
     EXPECT_EQ(VarSystemInfo::getMinorVer(), name) << kernel;

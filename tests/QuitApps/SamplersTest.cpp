@@ -106,10 +106,15 @@ TEST(SSMemoryMonitor, FailuresKeepThePreviousValuesAndTellTheLastError) {
 }
 
 TEST(SSMemoryInfo, SizesAsText) {
-  const std::pair<std::int64_t, const char*> cases[] = {
-      {0, "0.00 KB"},          {1, "0.00 KB"},          {1536, "1.50 KB"},
-      {1048575, "1024.00 KB"}, {1048576, "1.00 MB"},    {1073741823, "1024.00 MB"},
-      {1073741824, "1.00 GB"}, {-1, "17179869184.00 GB"}, {6'871'947'673, "6.40 GB"}};
+  const std::pair<std::int64_t, const char*> cases[] = {{0, "0.00 KB"},
+                                                        {1, "0.00 KB"},
+                                                        {1536, "1.50 KB"},
+                                                        {1048575, "1024.00 KB"},
+                                                        {1048576, "1.00 MB"},
+                                                        {1073741823, "1024.00 MB"},
+                                                        {1073741824, "1.00 GB"},
+                                                        {-1, "17179869184.00 GB"},
+                                                        {6'871'947'673, "6.40 GB"}};
   for (const auto& [bytes, text] : cases)
     EXPECT_EQ(SSMemoryInfo::covertMemory(bytes), text) << bytes;
 }

@@ -78,17 +78,18 @@ TEST(LinuxHostStatistics, MemoryTablesThatAreCutOrContradictThemselves) {
   EXPECT_FALSE(virtualMemoryFrom("MemTotal: x kB\nMemFree: 8 kB\n", "", 4096, counters));
   EXPECT_EQ(counters.free, 77U);
   // An old kernel, without what is available; programs that seem to hold more than there is.
-  ASSERT_TRUE(virtualMemoryFrom("MemTotal: 100 kB\nMemFree: 20 kB\nCached: 30 kB\nShmem: 10 kB\n"
-                                "AnonPages: 900 kB\n",
-                                "pgfault", 4096, counters));
+  ASSERT_TRUE(
+      virtualMemoryFrom("MemTotal: 100 kB\nMemFree: 20 kB\nCached: 30 kB\nShmem: 10 kB\n"
+                        "AnonPages: 900 kB\n",
+                        "pgfault", 4096, counters));
   EXPECT_EQ(counters.inactive, 5U);
   EXPECT_EQ(counters.active, 15U);
   EXPECT_EQ(counters.wired, 0U);
   ASSERT_TRUE(virtualMemoryFrom("MemTotal: 100 kB\nMemFree: 20 kB\nMemAvailable: 400 kB\n", "",
                                 4096, counters));
   EXPECT_EQ(counters.inactive, 20U);
-  ASSERT_TRUE(virtualMemoryFrom("MemTotal: 100 kB\nMemFree: 20 kB\nMemAvailable: 12 kB\n", "",
-                                4096, counters));
+  ASSERT_TRUE(virtualMemoryFrom("MemTotal: 100 kB\nMemFree: 20 kB\nMemAvailable: 12 kB\n", "", 4096,
+                                counters));
   EXPECT_EQ(counters.inactive, 0U);
 }
 

@@ -38,9 +38,10 @@ TEST(StatusCommand, watchingAsOneDocumentIsRefused) {
 }
 
 TEST(StatusCommand, watchingEndsCleanlyWhenInterrupted) {
-  const Outcome terminal =
-      Program().terminal().whenItSpeaks([](pid_t child) { kill(child, SIGINT); }).run(
-          {"status", "--watch"});
+  const Outcome terminal = Program()
+                               .terminal()
+                               .whenItSpeaks([](pid_t child) { kill(child, SIGINT); })
+                               .run({"status", "--watch"});
   EXPECT_EQ(terminal.status, 130);
   EXPECT_THAT(terminal.output, HasSubstr("\033[?25h")) << "the cursor is back";
   // Two blocks into a pipe whose reader then goes away.

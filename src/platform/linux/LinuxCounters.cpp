@@ -96,10 +96,10 @@ bool virtualMemoryFrom(std::string_view memInfo, std::string_view vmStat, std::u
   const auto bytes = [&](std::string_view name) { return memInfoBytes(memInfo, name).value_or(0); };
   // Kernels before 3.14 do not say what is available; then it is the cache but for shared memory.
   const std::uint64_t cache = bytes("Buffers") + bytes("Cached") + bytes("SReclaimable");
-  const std::uint64_t available = std::clamp(
-      memInfoBytes(memInfo, "MemAvailable")
-          .value_or(*free + cache - std::min(cache, bytes("Shmem"))),
-      *free, std::max(*free, *total));
+  const std::uint64_t available =
+      std::clamp(memInfoBytes(memInfo, "MemAvailable")
+                     .value_or(*free + cache - std::min(cache, bytes("Shmem"))),
+                 *free, std::max(*free, *total));
   const std::uint64_t used = *total - std::min(*total, available);
   const std::uint64_t ofPrograms = std::min(used, bytes("AnonPages") + bytes("Shmem"));
   const auto pages = [pageSize](std::uint64_t amount) {

@@ -44,9 +44,8 @@ bool isFiller(const std::string& text) {
                                    "INVALID",
                                    "All Series"};
   return text.find_first_not_of(".0xX- ") == std::string::npos ||
-         std::any_of(kFillers.begin(), kFillers.end(), [&](const char* filler) {
-           return strcasecmp(text.c_str(), filler) == 0;
-         });
+         std::any_of(kFillers.begin(), kFillers.end(),
+                     [&](const char* filler) { return strcasecmp(text.c_str(), filler) == 0; });
 }
 
 std::uint32_t wrapped(std::uint64_t ticks) {

@@ -31,9 +31,9 @@ std::optional<double> celsiusIn(const fs::path& file) {
 
 // By the driver's name for hwmon, by the zone's type for thermal zones.
 Temperature::Kind kindOf(std::string_view name) {
-  constexpr std::array kProcessors = {"coretemp", "k8temp",       "k10temp",      "zenpower",
-                                      "cpu",      "x86_pkg_temp", "soc_thermal", "via_cputemp",
-                                      "fam15h"};
+  constexpr std::array kProcessors = {"coretemp",    "k8temp",      "k10temp",
+                                      "zenpower",    "cpu",         "x86_pkg_temp",
+                                      "soc_thermal", "via_cputemp", "fam15h"};
   for (const char* processor : kProcessors) {
     if (name.starts_with(processor)) return Temperature::Kind::processor;
   }
@@ -71,8 +71,8 @@ void addMonitor(const fs::path& monitor, std::vector<Temperature>& found) {
     const auto celsius = celsiusIn(file);
     if (!celsius) continue;
     const std::string sensor = name.substr(0, name.size() - kSuffix.size());
-    found.push_back({nameOf(monitor, driver, lineIn(monitor / (sensor + "_label"))),
-                     kindOf(driver), *celsius});
+    found.push_back(
+        {nameOf(monitor, driver, lineIn(monitor / (sensor + "_label"))), kindOf(driver), *celsius});
   }
 }
 

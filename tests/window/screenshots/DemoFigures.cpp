@@ -14,7 +14,8 @@ constexpr double kGigabyte = 1u << 30U;
 
 // A curve that looks measured, 0 to 1: slow waves with a jitter on them.
 double wave(double second, double phase) {
-  const double slow = 0.5 + 0.3 * std::sin(second / 17 + phase) + 0.2 * std::sin(second / 5.3 + 2 * phase);
+  const double slow =
+      0.5 + 0.3 * std::sin(second / 17 + phase) + 0.2 * std::sin(second / 5.3 + 2 * phase);
   const double jitter = std::sin(second * 12.9898 + phase * 78.233) * 43758.5453;
   return std::clamp(slow * 0.85 + 0.15 * (jitter - std::floor(jitter)), 0.0, 1.0);
 }
@@ -61,13 +62,13 @@ SystemSample demoSample(int second, int cores) {
 
 void installDemoFigures(Host& host) {
   auto statistics = std::make_unique<FakeStatistics>();
-  statistics->values = {{"hw.model", std::string("MacBookPro15,1")},
-                        {"hw.memsize", static_cast<std::uint64_t>(16 * kGigabyte)},
-                        {"hw.ncpu", std::uint64_t{8}},
-                        {"hw.cpufrequency", std::uint64_t{4'100'000'000}},
-                        {"machdep.cpu.brand_string",
-                         std::string("Intel(R) Core(TM) i7-8850H CPU @ 2.60GHz")},
-                        {"kern.osrelease", std::string("6.1.0-28-amd64")}};
+  statistics->values = {
+      {"hw.model", std::string("MacBookPro15,1")},
+      {"hw.memsize", static_cast<std::uint64_t>(16 * kGigabyte)},
+      {"hw.ncpu", std::uint64_t{8}},
+      {"hw.cpufrequency", std::uint64_t{4'100'000'000}},
+      {"machdep.cpu.brand_string", std::string("Intel(R) Core(TM) i7-8850H CPU @ 2.60GHz")},
+      {"kern.osrelease", std::string("6.1.0-28-amd64")}};
   statistics->product = "Debian GNU/Linux 12 (bookworm)";
   host.statistics = std::move(statistics);
   host.activity = std::make_unique<DemoActivity>();
