@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "Authorization.h"
 #include "Catalog.h"
 #include "HostActivity.h"
@@ -8,9 +11,6 @@
 #include "Preferences.h"
 #include "SystemVersion.h"
 #include "Workspace.h"
-
-#include <memory>
-#include <string>
 
 namespace brisko {
 

@@ -24,12 +24,11 @@ winsize outputSize() {
 
 }  // namespace
 
-LiveBlock::LiveBlock() : isInPlace_(canRedraw()) {
-  if (isInPlace_) writeOut("\033[?25l");  // without the cursor, which would jump about
-}
+LiveBlock::LiveBlock() : isInPlace_(canRedraw()) {}
 
 LiveBlock::~LiveBlock() {
-  if (isInPlace_) writeOut("\033[?25h");
+  // The key that ended it stands there too.
+  if (isInPlace_) writeOut("\r\033[K");
 }
 
 std::size_t LiveBlock::outputColumns() {

@@ -11,7 +11,7 @@ namespace brisko {
 class LiveBlock {
  public:
   LiveBlock();
-  /// The cursor stands below the last block again.
+  /// The cursor stays on an empty line below the last block.
   ~LiveBlock();
   LiveBlock(const LiveBlock&) = delete;
   LiveBlock& operator=(const LiveBlock&) = delete;
