@@ -136,6 +136,11 @@ void SystemStartViewController::showProcessor() {
 void SystemStartViewController::showMemory() {
   const SystemHistory& history = feed_->history();
   const SSMemoryInfo& now = history.latest().memory;
+  if (now.totalMemory == 0) {
+    ui_->memoryCard->setValue(getLocalizedString("No information"));
+    ui_->memoryCard->setParts({});
+    return;
+  }
   HistoryChart* chart = ui_->memoryCard->chart();
   chart->setMaximum(static_cast<double>(now.totalMemory), 1);
   chart->setValues(0, history.wiredMemory.values());

@@ -129,8 +129,9 @@ void VolumeList::take(const std::vector<MountedVolume>& volumes) {
     grid_->addWidget(row, index / columns_, index % columns_);
     rows_.push_back(row);
   }
+  // A column without a volume leaves its room to the others.
   for (int column = 0; column < columns_; ++column)
-    grid_->setColumnStretch(column, 1);
+    grid_->setColumnStretch(column, column < static_cast<int>(volumes.size()) ? 1 : 0);
   for (std::size_t i = 0; i < volumes.size(); ++i)
     rows_[i]->show(volumes[i]);
   updateGeometry();

@@ -65,6 +65,7 @@ TEST_F(StatusPage, MachineThatTellsNothingIsNotMadeUp) {
   feed().take(SystemSample());
   EXPECT_EQ(find<ChartCard>("processorCard")->value(), "No information");
   EXPECT_TRUE(find<ChartCard>("processorCard")->parts().empty());
+  EXPECT_EQ(find<ChartCard>("memoryCard")->value(), "No information");
   EXPECT_EQ(find<ChartCard>("diskCard")->value(), "No disk");
   EXPECT_FALSE(find("coreCard")->isVisible());
 }
