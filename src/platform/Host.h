@@ -5,9 +5,11 @@
 
 #include "Authorization.h"
 #include "Catalog.h"
+#include "HostActivity.h"
 #include "HostFolders.h"
-#include "LoginItems.h"
 #include "InstalledApplications.h"
+#include "LoginItems.h"
+#include "HostStatistics.h"
 #include "Preferences.h"
 #include "SystemVersion.h"
 #include "Workspace.h"
@@ -31,6 +33,8 @@ struct Host {
   std::unique_ptr<SystemVersion> systemVersion;
   std::unique_ptr<LoginItems> loginItems;
   std::unique_ptr<InstalledApplications> installedApplications;
+  std::unique_ptr<HostStatistics> statistics;
+  std::unique_ptr<HostActivity> activity;
 
   /// The host in use. The first call makes the running system's own when none was installed.
   static Host& current();

@@ -4,6 +4,7 @@
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
 #include "LoginItemsCommand.h"
+#include "StatusCommand.h"
 
 namespace brisko {
 namespace {
@@ -16,6 +17,7 @@ std::unique_ptr<Command> make() {
 }
 
 constexpr Maker kMakers[] = {
+    make<StatusCommand>,
     make<JunkCommand>,
     make<DuplicatesCommand>,
     make<LoginItemsCommand>,

@@ -2,6 +2,7 @@
 
 #include "AppDelegate.h"
 #include "BriskoStyle.h"
+#include "DemoFigures.h"
 #include "DemoRoot.h"
 #include "FakeWorkspace.h"
 #include "Host.h"
@@ -23,6 +24,7 @@ using namespace brisko;
 namespace {
 
 constexpr void (*kTakers[])(AppDelegate&, test::DemoRoot&) = {
+    test::takeStatusPictures,
     test::takeShellPictures,
     test::takeJunkPictures,
     test::takeDuplicatePictures,
@@ -60,6 +62,7 @@ int main(int argc, char** argv) {
                         volume("Photos", "/media/anna/Photos", Place::externalBus,
                                2'000'000'000'000, 131'000'000'000)};
   Host::current().workspace = std::move(workspace);
+  test::installDemoFigures(Host::current());
   // Dates are in the pictures.
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
   MyNSApplication application(argc, argv);
