@@ -1,9 +1,11 @@
 #include "Commands.h"
 
 #include "CheckUpdateCommand.h"
+#include "CloseCommand.h"
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
 #include "LoginItemsCommand.h"
+#include "ProcessesCommand.h"
 #include "StatusCommand.h"
 
 namespace brisko {
@@ -20,6 +22,8 @@ constexpr Maker kMakers[] = {
     make<StatusCommand>,
     make<JunkCommand>,
     make<DuplicatesCommand>,
+    make<ProcessesCommand>,
+    make<CloseCommand>,
     make<LoginItemsCommand>,
     make<CheckUpdateCommand>,
 };
