@@ -1,15 +1,45 @@
 #pragma once
 
 #include "PageController.h"
+#include "TaskManagerModel.h"
+
+#include <QTimer>
+
+#include <memory>
+
+class QLabel;
+class QSortFilterProxyModel;
+
+namespace Ui {
+class TaskManagerViewController;
+}
 
 namespace brisko {
 
-/// The page of the Memory Manager: what it is for.
-class TaskManagerViewController : public PageController {
+class TaskTableModel;
+
+/// The page of the Memory Manager.
+class TaskManagerViewController : public PageController, private TaskManagerListener {
   Q_OBJECT
 
  public:
   TaskManagerViewController();
+  ~TaskManagerViewController() override;
+
+  TaskManagerModel& model() { return model_; }
+
+ private:
+  void rowsChanged() override;
+  void usageChanged() override;
+
+  void setUpTable();
+  static void showUsage(QLabel* label, const UsageText& usage);
+
+  TaskManagerModel model_;
+  std::unique_ptr<Ui::TaskManagerViewController> ui_;
+  TaskTableModel* rows_;
+  QSortFilterProxyModel* sorted_;
+  QTimer timer;
 };
 
 }  // namespace brisko

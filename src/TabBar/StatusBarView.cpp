@@ -31,6 +31,13 @@ void StatusBarView::changeTabarIconImage() {
 }
 
 void StatusBarView::togglePanel() {
+  // Some desktops do not tell where the item is; then it is where it was just pressed.
+  QRect anchor = statusItem_ != nullptr ? statusItem_->geometry() : QRect();
+  if (!anchor.isValid()) anchor = QRect(QCursor::pos() - QPoint(8, 8), QSize(16, 16));
+  togglePanelAt(anchor);
+}
+
+void StatusBarView::togglePanelAt(const QRect& anchor) {
   if (!panel_) {
     panel_ = std::make_unique<StatusPanel>();
     connect(panel_.get(), &StatusPanel::mainWindowRequested, this,
@@ -38,12 +45,9 @@ void StatusBarView::togglePanel() {
   }
   if (panel_->isVisible()) {
     panel_->hide();
-    return;
+  } else {
+    panel_->popUp(anchor);
   }
-  // Some desktops do not tell where the item is; then it is where it was just pressed.
-  QRect anchor = statusItem_ != nullptr ? statusItem_->geometry() : QRect();
-  if (!anchor.isValid()) anchor = QRect(QCursor::pos() - QPoint(8, 8), QSize(16, 16));
-  panel_->popUp(anchor);
 }
 
 }  // namespace brisko

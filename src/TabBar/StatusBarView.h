@@ -29,6 +29,8 @@ class StatusBarView : public QObject {
 
   /// Opens the panel at the item, or closes it.
   void togglePanel();
+  /// The same at `anchor`, a rectangle on the screen.
+  void togglePanelAt(const QRect& anchor);
   StatusPanel* panel() const { return panel_.get(); }
 
  Q_SIGNALS:

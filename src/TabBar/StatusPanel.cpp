@@ -3,10 +3,14 @@
 #include "ImageView.h"
 #include "LocalizedString.h"
 #include "MessagePanel.h"
+#include "PanelMeter.h"
+#include "StatusFeed.h"
+#include "SystemTexts.h"
 #include "Theme.h"
 #include "VolumeList.h"
 #include "WindowChrome.h"
 
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -19,7 +23,11 @@
 
 namespace brisko {
 
-StatusPanel::StatusPanel() : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint) {
+StatusPanel::StatusPanel()
+    : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint),
+      feed_(new StatusFeed(this)),
+      volumes_(new VolumeList),
+      switchesPlace_(new QVBoxLayout) {
   setObjectName(QStringLiteral("statusPanel"));
   setAccessibleName(QStringLiteral("Brisko"));
   if (WindowChrome::hasTranslucency()) setAttribute(Qt::WA_TranslucentBackground);
@@ -27,19 +35,11 @@ StatusPanel::StatusPanel() : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHin
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(Space::large, Space::large, Space::large, Space::large);
   column->setSpacing(Space::large);
-  auto* head = new QHBoxLayout;
-  head->setSpacing(Space::medium);
-  auto* mark = new ImageView;
-  mark->setImageName("brisko");
-  mark->setImageSide(32);
-  mark->setFixedSize(32, 32);
-  auto* name = new QLabel(QStringLiteral("Brisko"));
-  name->setProperty("role", QStringLiteral("subhead"));
-  head->addWidget(mark);
-  head->addWidget(name, 1);
-  column->addLayout(head);
-  volumes_ = new VolumeList;
+  addHead(column);
+  addMeters(column);
   column->addWidget(volumes_);
+  switchesPlace_->setContentsMargins(0, 0, 0, 0);
+  column->addLayout(switchesPlace_);
   auto* open = new QPushButton(getLocalizedString("Open Brisko"));
   open->setObjectName(QStringLiteral("openMainWindowButton"));
   setButtonKind(open, "primary");
@@ -48,6 +48,74 @@ StatusPanel::StatusPanel() : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHin
     Q_EMIT mainWindowRequested();
   });
   column->addWidget(open);
+  connect(feed_, &StatusFeed::sampled, this, &StatusPanel::updateSysStat);
+}
+
+void StatusPanel::addHead(QVBoxLayout* column) {
+  auto* head = new QHBoxLayout;
+  head->setSpacing(Space::medium);
+  auto* mark = new ImageView;
+  mark->setImageName("brisko");
+  mark->setImageSide(32);
+  mark->setFixedSize(32, 32);
+  auto* name = new QLabel(QStringLiteral("Brisko"));
+  name->setProperty("role", QStringLiteral("subhead"));
+  temperatures_ = new QLabel;
+  temperatures_->setObjectName(QStringLiteral("temperatures"));
+  temperatures_->setProperty("role", QStringLiteral("caption"));
+  temperatures_->setTextFormat(Qt::PlainText);
+  head->addWidget(mark);
+  head->addWidget(name, 1);
+  head->addWidget(temperatures_);
+  column->addLayout(head);
+}
+
+void StatusPanel::addMeters(QVBoxLayout* column) {
+  using Token = Theme::Token;
+  auto* grid = new QGridLayout;
+  grid->setSpacing(Space::medium);
+  const auto meter = [&](const char* title, const char* name, Token colour, int row, int place) {
+    const QString text = getLocalizedString(title);
+    auto* made = new PanelMeter(text, {text, colour});
+    made->setObjectName(QLatin1String(name));
+    grid->addWidget(made, row, place);
+    return made;
+  };
+  processor_ = meter("Processor", "processorMeter", Token::accentFill, 0, 0);
+  memory_ = meter("Memory used", "memoryMeter", Token::accentFill, 0, 1);
+  received_ = meter("Network received", "receivedMeter", Token::success, 1, 0);
+  sent_ = meter("Network sent", "sentMeter", Token::success, 1, 1);
+  constexpr double kLeastRateScale = 100'000;  // bytes per second
+  for (PanelMeter* each : {received_, sent_})
+    each->chart()->setMaximum(0, kLeastRateScale);
+  column->addLayout(grid);
+}
+
+void StatusPanel::updateSysStat() {
+  const auto shown = [](const std::string& text) { return QString::fromStdString(text); };
+  const SystemHistory& history = feed_->history();
+  const SystemSample& now = history.latest();
+  const CpuLoad load = now.processor();
+  processor_->setValue(now.cores.empty() ? getLocalizedString("No information")
+                                         : shown(SystemTexts::percent(load.user + load.system)));
+  processor_->chart()->setValues(0, history.processor.values());
+  memory_->setValue(
+      shown(SSMemoryInfo::covertMemory(static_cast<std::int64_t>(now.memory.usedMomory))));
+  memory_->chart()->setMaximum(static_cast<double>(now.memory.totalMemory));
+  memory_->chart()->setValues(0, history.usedMemory.values());
+  received_->setValue(shown(SystemTexts::rate(now.network.in)));
+  received_->chart()->setValues(0, history.networkReceived.values());
+  sent_->setValue(shown(SystemTexts::rate(now.network.out)));
+  sent_->chart()->setValues(0, history.networkSent.values());
+
+  QStringList texts;
+  const auto add = [&](const char* format, Temperature::Kind kind) {
+    if (const auto celsius = SystemTexts::hottest(now, kind))
+      texts << filledIn(getLocalizedString(format), shown(SystemTexts::degrees(*celsius)));
+  };
+  add("Processor %@", Temperature::Kind::processor);
+  add("Drive %@", Temperature::Kind::drive);
+  temperatures_->setText(texts.join(QStringLiteral(" · ")));
 }
 
 void StatusPanel::popUp(const QRect& anchor) {

@@ -2,11 +2,17 @@
 
 #include <QWidget>
 
+class QLabel;
+class QVBoxLayout;
+
 namespace brisko {
 
+class PanelMeter;
+class StatusFeed;
 class VolumeList;
 
-/// The small window that the menu-bar item opens.
+/// The small window that the menu-bar item opens: the machine's figures, live while it is open, and
+/// the way to the main window.
 class StatusPanel : public QWidget {
   Q_OBJECT
 
@@ -16,6 +22,10 @@ class StatusPanel : public QWidget {
   /// Shows it beside `anchor`, a rectangle on the screen, wholly on that screen.
   void popUp(const QRect& anchor);
 
+  /// Where the switches go, between the volumes and the button. Takes no room while it is empty.
+  QVBoxLayout* switchesPlace() const { return switchesPlace_; }
+  StatusFeed& feed() const { return *feed_; }
+
  Q_SIGNALS:
   void mainWindowRequested();
 
@@ -23,7 +33,18 @@ class StatusPanel : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void addHead(QVBoxLayout* column);
+  void addMeters(QVBoxLayout* column);
+  void updateSysStat();
+
+  StatusFeed* feed_;
+  QLabel* temperatures_ = nullptr;
+  PanelMeter* processor_ = nullptr;
+  PanelMeter* memory_ = nullptr;
+  PanelMeter* received_ = nullptr;
+  PanelMeter* sent_ = nullptr;
   VolumeList* volumes_;
+  QVBoxLayout* switchesPlace_;
 };
 
 }  // namespace brisko

@@ -101,12 +101,18 @@ void VolumeList::showEvent(QShowEvent* event) {
 }
 
 void VolumeList::refresh() {
-  // In the background: a network volume whose server is gone can hold the question up for minutes.
-  const int look = ++latestLook_;
-  Dispatch::global([list = QPointer<VolumeList>(this), look] {
+  // One look at a time, and in the background: a network volume whose server is gone can hold the
+  // question up for minutes.
+  looksAgain_ = isLooking_;
+  if (isLooking_) return;
+  isLooking_ = true;
+  Dispatch::global([list = QPointer<VolumeList>(this)] {
     auto volumes = Host::current().workspace->mountedVolumes();
-    Dispatch::mainAsync([list, look, volumes = std::move(volumes)] {
-      if (list && list->latestLook_ == look) list->take(volumes);
+    Dispatch::mainAsync([list, volumes = std::move(volumes)] {
+      if (!list) return;
+      list->isLooking_ = false;
+      list->take(volumes);
+      if (list->looksAgain_) list->refresh();
     });
   });
 }
@@ -123,8 +129,9 @@ void VolumeList::take(const std::vector<MountedVolume>& volumes) {
     grid_->addWidget(row, index / columns_, index % columns_);
     rows_.push_back(row);
   }
+  // A column without a volume leaves its room to the others.
   for (int column = 0; column < columns_; ++column)
-    grid_->setColumnStretch(column, 1);
+    grid_->setColumnStretch(column, column < static_cast<int>(volumes.size()) ? 1 : 0);
   for (std::size_t i = 0; i < volumes.size(); ++i)
     rows_[i]->show(volumes[i]);
   updateGeometry();

@@ -57,7 +57,8 @@ class VolumeList : public QWidget {
   std::vector<VolumeRow*> rows_;
   int columns_ = 1;
   int token_ = 0;
-  int latestLook_ = 0;
+  bool isLooking_ = false;
+  bool looksAgain_ = false;
 };
 
 }  // namespace brisko

@@ -215,6 +215,13 @@ void AppDelegate::addMenuBar() {
   if (QSystemTrayIcon::isSystemTrayAvailable()) {
     statusItem = std::make_unique<QSystemTrayIcon>();
     statusBarV->setStatusItem(statusItem.get());
+  } else {
+    // Here the panel is opened from the window.
+    QAbstractButton* button = titleBarView->panelButton();
+    connect(titleBarView, &TitleBar::panelRequested, this, [this, button] {
+      statusBarV->togglePanelAt(QRect(button->mapToGlobal(QPoint(0, 0)), button->size()));
+    });
+    button->show();
   }
   tell();
   if (statusItem) statusItem->show();

@@ -58,7 +58,8 @@ class AppDelegate : public QObject {
   /// as soon as no page is busy.
   void terminate();
 
-  /// Makes the menu-bar item and its panel. Without a tray it does nothing.
+  /// Makes the menu-bar item and its panel. Without a tray the title bar gets a button for the
+  /// panel instead.
   void addMenuBar();
 
   /// Told when `keyPath` of the status item changed to `change`. Only "button.effectiveAppearance"

@@ -5,9 +5,11 @@
 
 #include "Authorization.h"
 #include "Catalog.h"
+#include "HostActivity.h"
 #include "HostFolders.h"
-#include "LoginItems.h"
 #include "InstalledApplications.h"
+#include "LoginItems.h"
+#include "HostStatistics.h"
 #include "Preferences.h"
 #include "SmartDevice.h"
 #include "SystemVersion.h"
@@ -33,6 +35,8 @@ struct Host {
   std::unique_ptr<LoginItems> loginItems;
   std::unique_ptr<InstalledApplications> installedApplications;
   std::unique_ptr<SmartDevice> smartDevice;
+  std::unique_ptr<HostStatistics> statistics;
+  std::unique_ptr<HostActivity> activity;
 
   /// The host in use. The first call makes the running system's own when none was installed.
   static Host& current();

@@ -43,6 +43,10 @@ class Workspace {
   /// Applications of this user that run now. Empty when that cannot be found out.
   virtual std::vector<LaunchedApplication> launchedApplications() = 0;
 
+  /// When a process began, in the kernel's own count; 0 when there is none of that number. Two with
+  /// one number never began at the same time.
+  virtual std::uint64_t processBeginning(int /*processIdentifier*/) { return 0; }
+
   /// Volumes that hold files of people: no pseudo file systems, each device once, "/" first, then
   /// in mount order.
   virtual std::vector<MountedVolume> mountedVolumes() = 0;

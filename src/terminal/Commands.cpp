@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "CheckUpdateCommand.h"
+#include "CloseCommand.h"
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
 #include "LoginItemsCommand.h"
@@ -16,6 +17,8 @@
 #include "JunkCommand.h"
 #include "RelatedCommand.h"
 #include "UninstallCommand.h"
+#include "ProcessesCommand.h"
+#include "StatusCommand.h"
 
 namespace brisko {
 namespace {
@@ -28,11 +31,14 @@ std::unique_ptr<Command> make() {
 }
 
 constexpr Maker kMakers[] = {
+    make<StatusCommand>,
     make<JunkCommand>,
     make<AppsCommand>,
     make<RelatedCommand>,
     make<UninstallCommand>,
     make<DuplicatesCommand>,
+    make<ProcessesCommand>,
+    make<CloseCommand>,
     make<LoginItemsCommand>,
     make<CheckUpdateCommand>,
     make<JunkCommand>, make<DuplicatesCommand>, make<DisksCommand>,

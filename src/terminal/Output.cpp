@@ -89,6 +89,10 @@ void writeError(std::string_view text) {
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
+bool canRedraw() {
+  return isatty(STDOUT_FILENO) != 0 && !isDumb();
+}
+
 ProgressLine::ProgressLine() : isTerminal_(isatty(STDERR_FILENO) != 0 && !isDumb()) {}
 
 ProgressLine::~ProgressLine() {

@@ -35,6 +35,9 @@ bool writeOut(std::string_view text);
 /// Writes "brisko: TEXT", as one line whatever it holds, to standard error.
 void writeError(std::string_view text);
 
+/// Whether what stands on standard output can be written over: it is a terminal, and no dumb one.
+bool canRedraw();
+
 /// One line on standard error that is written over itself; nothing when that is no terminal.
 class ProgressLine {
  public:

@@ -6,6 +6,7 @@
 #include "LocalizedString.h"
 #include "Theme.h"
 
+#include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -85,9 +86,14 @@ void EntryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     return;
   }
   QRect area = option.rect.adjusted(Space::medium, 0, -Space::large, 0);
-  if (!image.empty()) {
-    const QRectF icon(area.left(), area.center().y() - 9.5, 20, 20);
-    ImageLookup::paint(painter, image, icon);
+  const QIcon icon = index.data(Qt::DecorationRole).value<QIcon>();
+  if (!image.empty() || !icon.isNull()) {
+    const QRect place(area.left(), area.center().y() - 9, 20, 20);
+    if (icon.isNull()) {
+      ImageLookup::paint(painter, image, QRectF(place).translated(0, -0.5));
+    } else {
+      icon.paint(painter, place);
+    }
     area.setLeft(area.left() + 20 + Space::medium);
   }
   const auto alignment =

@@ -12,7 +12,8 @@ class ImageCheckBox;
 
 /// What a table's model gives beside the usual roles.
 enum EntryRole : int {
-  /// The image name (text) of a check box column's cell, or of the icon before a name.
+  /// The image name (text) of a check box column's cell, or of the icon before a name where
+  /// Qt::DecorationRole gives none.
   ImageNameRole = Qt::UserRole,
   /// By what a column is sorted.
   SortRole,

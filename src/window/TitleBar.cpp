@@ -24,7 +24,8 @@ const ButtonFacts& factsOf(TitleBarButton::Kind kind) {
   static constexpr ButtonFacts kFacts[] = {{"closeButton", "Close", "ic_close"},
                                            {"minimiseButton", "Minimise", "ic_minimise"},
                                            {"zoomButton", "Zoom", "ic_zoom"},
-                                           {"menuButton", "Menu", "ic_menu"}};
+                                           {"menuButton", "Menu", "ic_menu"},
+                                           {"panelButton", "Quick Panel", "ic_status"}};
   return kFacts[static_cast<int>(kind)];
 }
 
@@ -39,7 +40,7 @@ TitleBarButton::TitleBarButton(Kind kind, QWidget* parent) : QAbstractButton(par
 }
 
 QSize TitleBarButton::sizeHint() const {
-  return kind_ == Kind::menu ? QSize(26, 20) : QSize(14, 14);
+  return isSquare() ? QSize(26, 20) : QSize(14, 14);
 }
 
 void TitleBarButton::enterEvent(QEnterEvent* event) {
@@ -57,13 +58,13 @@ void TitleBarButton::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   const bool lively = underMouse() || isDown();
-  const qreal radius = kind_ == Kind::menu ? 6 : width() / 2.0;
+  const qreal radius = isSquare() ? 6 : width() / 2.0;
   const bool warns = lively && kind_ == Kind::close;
-  if (lively || kind_ != Kind::menu) {
+  if (lively || !isSquare()) {
     painter.setBrush(themeColor(warns ? Theme::Token::danger : Theme::Token::pressed));
     painter.drawRoundedRect(rect(), radius, radius);
   }
-  const int side = kind_ == Kind::menu ? 18 : 10;
+  const int side = isSquare() ? 18 : 10;
   QRectF area(0, 0, side, side);
   area.moveCenter(QRectF(rect()).center());
   ImageLookup::paint(&painter, factsOf(kind_).image, area,
@@ -84,6 +85,9 @@ TitleBar::TitleBar(unsigned buttons, QWidget* parent) : QWidget(parent) {
   if ((buttons & withMenu) != 0) {
     menu_ = new TitleBarButton(TitleBarButton::Kind::menu, this);
     connect(menu_, &QAbstractButton::clicked, this, &TitleBar::menuRequested);
+    panel_ = new TitleBarButton(TitleBarButton::Kind::panel, this);
+    panel_->hide();
+    connect(panel_, &QAbstractButton::clicked, this, &TitleBar::panelRequested);
   }
   layOutButtons();
 }
@@ -127,6 +131,7 @@ void TitleBar::layOutButtons() {
   }
   if (menu_ != nullptr) {
     menu_->move(width() - Space::medium - menu_->width(), (height() - menu_->height()) / 2 + 1);
+    panel_->move(menu_->x() - Space::tiny - panel_->width(), menu_->y());
   }
 }
 

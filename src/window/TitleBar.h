@@ -9,12 +9,12 @@ class QLabel;
 
 namespace brisko {
 
-/// One of the round buttons at the left of a title bar, or the menu button at its right.
+/// One of the round buttons at the left of a title bar, or one of the square ones at its right.
 class TitleBarButton : public QAbstractButton {
   Q_OBJECT
 
  public:
-  enum class Kind { close, minimise, zoom, menu };
+  enum class Kind { close, minimise, zoom, menu, panel };
 
   TitleBarButton(Kind kind, QWidget* parent);
 
@@ -26,11 +26,14 @@ class TitleBarButton : public QAbstractButton {
   void leaveEvent(QEvent* event) override;
 
  private:
+  bool isSquare() const { return kind_ == Kind::menu || kind_ == Kind::panel; }
+
   Kind kind_;
 };
 
 /// The program's own title bar: the window's buttons at the left, the title in the middle, and
-/// where the window has one, its menu at the right.
+/// where the window has one, its menu at the right. Beside that may stand a button for the panel
+/// with the machine's figures; it is hidden until somebody shows it.
 class TitleBar : public QWidget {
   Q_OBJECT
 
@@ -51,10 +54,12 @@ class TitleBar : public QWidget {
 
   QAbstractButton* closeButton() const { return close_; }
   QAbstractButton* menuButton() const { return menu_; }
+  QAbstractButton* panelButton() const { return panel_; }
 
  Q_SIGNALS:
   void closeRequested();
   void menuRequested();
+  void panelRequested();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -69,6 +74,7 @@ class TitleBar : public QWidget {
   QAbstractButton* minimise_ = nullptr;
   QAbstractButton* zoom_ = nullptr;
   QAbstractButton* menu_ = nullptr;
+  QAbstractButton* panel_ = nullptr;
   int shift_ = 0;
   std::string leftGround_;
   std::string rightGround_;

@@ -3,6 +3,7 @@
 #include "Workspace.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,7 +26,10 @@ struct FakeWorkspace : Workspace {
       observer(volume, true);
   }
 
+  std::set<int> ended;  ///< processes that are gone though they are listed
+
   std::vector<LaunchedApplication> launchedApplications() override { return applications; }
+  std::uint64_t processBeginning(int process) override { return ended.contains(process) ? 0 : 1; }
   std::vector<MountedVolume> mountedVolumes() override { return volumes; }
   int observeVolumes(Observer observer) override {
     const int token = observers.empty() ? 1 : observers.rbegin()->first + 1;

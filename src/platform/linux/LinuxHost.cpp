@@ -1,9 +1,11 @@
 #include "Host.h"
 #include "LinuxAuthorization.h"
 #include "LinuxCatalog.h"
+#include "LinuxHostActivity.h"
 #include "LinuxHostFolders.h"
 #include "LinuxInstalledApplications.h"
 #include "LinuxLoginItems.h"
+#include "LinuxHostStatistics.h"
 #include "LinuxPreferences.h"
 #include "LinuxSmartDevice.h"
 #include "LinuxSystemVersion.h"
@@ -23,6 +25,9 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
       folders.path("/System/Library/CoreServices/SystemVersion.plist"));
   host->loginItems = std::make_unique<LinuxLoginItems>(folders, *host->preferences);
   host->installedApplications = std::make_unique<LinuxInstalledApplications>(folders);
+  // Figures are those of the machine that runs, whatever stands for "/".
+  host->statistics = std::make_unique<LinuxHostStatistics>();
+  host->activity = std::make_unique<LinuxHostActivity>();
   host->workspace = std::make_unique<LinuxWorkspace>();
   host->smartDevice = std::make_unique<LinuxSmartDevice>();
   return host;

@@ -4,7 +4,10 @@
 #include <charconv>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
+#include <sstream>
+#include <utility>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +16,10 @@ namespace brisko {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* kOwnWindow = "brisko-window";
+constexpr const char* kOwnId = "com.brisko.Brisko";
+constexpr const char* kOwnName = "Brisko";
 
 std::string unescaped(std::string_view escaped) {
   std::string plain;
@@ -41,7 +48,106 @@ std::string unitOf(const std::string& groupFile) {
   return {};
 }
 
+std::string baseName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+int processNumber(const std::string& name) {
+  int number = 0;
+  const auto parsed = std::from_chars(name.data(), name.data() + name.size(), number);
+  return parsed.ec == std::errc() && parsed.ptr == name.data() + name.size() ? number : 0;
+}
+
+std::string contentOf(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<std::string> commandOf(const std::string& process) {
+  const std::string text = contentOf(process + "/cmdline");
+  std::vector<std::string> words;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find('\0', begin), text.size());
+    words.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return words;
+}
+
+/// Desktop entries by id, and by what they start.
+class EntryIndex {
+ public:
+  explicit EntryIndex(const std::vector<DesktopEntry>& entries) {
+    for (const DesktopEntry& entry : entries) {
+      if (entry.hidden) continue;
+      byId_.emplace(entry.id, &entry);
+      const std::string program = programOf(execWords(entry.exec));
+      // A part of the system is none that people would close.
+      if (!entry.noDisplay && !program.empty() && !isInterpreter(baseName(program))) {
+        byProgram_.emplace(baseName(program), &entry);
+      }
+    }
+  }
+
+  const DesktopEntry* withId(const std::string& id) const { return found(byId_, id); }
+  const DesktopEntry* starting(const std::string& program) const {
+    return program.empty() ? nullptr : found(byProgram_, baseName(program));
+  }
+
+ private:
+  using Entries = std::map<std::string, const DesktopEntry*>;
+  static const DesktopEntry* found(const Entries& entries, const std::string& key) {
+    const auto place = entries.find(key);
+    return place == entries.end() ? nullptr : place->second;
+  }
+
+  Entries byId_;
+  Entries byProgram_;
+};
+
+/// The application that a process belongs to; without an identifier when it belongs to none.
+LaunchedApplication applicationOf(const std::string& process, const EntryIndex& index) {
+  std::error_code error;
+  LaunchedApplication application;
+  application.path = fs::read_symlink(process + "/exe", error);
+  const std::string id = applicationIdOfUnit(unitOf(process + "/cgroup"));
+  const DesktopEntry* entry = id.empty() ? nullptr : index.withId(id);
+  if (id.empty()) entry = index.starting(application.path);
+  if (id.empty() && entry == nullptr) entry = index.starting(programOf(commandOf(process)));
+  if (entry != nullptr) {
+    application.bundleIdentifier = entry->id;
+    application.name = entry->name;
+    application.iconName = entry->icon;
+  } else if (baseName(application.path) == kOwnWindow) {
+    application.bundleIdentifier = kOwnId;
+    application.name = kOwnName;
+    application.iconName = kOwnId;
+  } else {
+    application.bundleIdentifier = id;
+    application.name = id;
+    application.iconName = id;
+  }
+  return application;
+}
+
 }  // namespace
+
+// The process's name, which may hold anything, ends with the last bracket.
+std::uint64_t linuxProcessBeginning(const std::string& folder) {
+  constexpr int kFieldsBetween = 18;  // from the state, the third field, to the 22nd
+  const std::string text = contentOf(folder + "/stat");
+  const std::size_t name = text.rfind(')');
+  if (name == std::string::npos) return 0;
+  std::istringstream fields(text.substr(name + 1));
+  std::string state;
+  fields >> state;
+  if (state == "Z" || state == "X") return 0;
+  std::string skipped;
+  for (int field = 0; field < kFieldsBetween; ++field) fields >> skipped;
+  std::uint64_t start = 0;
+  fields >> start;
+  return start;
+}
 
 std::string applicationIdOfUnit(std::string_view unit) {
   if (!unit.starts_with("app-")) return {};
@@ -61,30 +167,29 @@ std::string applicationIdOfUnit(std::string_view unit) {
   return unescaped(unit.substr(unit.rfind('-') + 1));
 }
 
-std::vector<LaunchedApplication> linuxLaunchedApplications(const std::string& proc) {
-  std::map<std::string, LaunchedApplication> byUnit;
+std::vector<LaunchedApplication> linuxLaunchedApplications(
+    const std::string& proc, const std::vector<DesktopEntry>& entries) {
+  const EntryIndex index(entries);
+  std::map<std::string, std::pair<std::uint64_t, LaunchedApplication>> byId;
   std::error_code error;
-  for (const auto& entry : fs::directory_iterator(proc, error)) {
-    const std::string name = entry.path().filename();
-    int process = 0;
-    const auto parsed = std::from_chars(name.data(), name.data() + name.size(), process);
-    if (parsed.ec != std::errc() || parsed.ptr != name.data() + name.size()) continue;
+  for (const auto& folder : fs::directory_iterator(proc, error)) {
+    const int number = processNumber(folder.path().filename());
     struct stat status;
-    if (stat(entry.path().c_str(), &status) != 0 || status.st_uid != getuid()) continue;
-    const std::string unit = unitOf(entry.path() / "cgroup");
-    const std::string id = applicationIdOfUnit(unit);
-    if (id.empty()) continue;
-    LaunchedApplication& application = byUnit[unit];
-    if (application.processIdentifier != 0 && application.processIdentifier < process) continue;
-    application.bundleIdentifier = id;
-    application.name = id;
-    application.iconName = id;
-    application.processIdentifier = process;
-    application.path = fs::read_symlink(entry.path() / "exe", error);
+    if (number == 0 || stat(folder.path().c_str(), &status) != 0 || status.st_uid != getuid()) {
+      continue;
+    }
+    LaunchedApplication application = applicationOf(folder.path(), index);
+    if (application.bundleIdentifier.empty()) continue;
+    application.processIdentifier = number;
+    const std::uint64_t began = linuxProcessBeginning(folder.path());
+    const auto place = byId.try_emplace(application.bundleIdentifier, began, application);
+    if (!place.second && began < place.first->second.first) {
+      place.first->second = {began, std::move(application)};
+    }
   }
   std::vector<LaunchedApplication> applications;
-  for (auto& [unit, application] : byUnit)
-    applications.push_back(std::move(application));
+  for (auto& [id, found] : byId)
+    applications.push_back(std::move(found.second));
   std::sort(applications.begin(), applications.end(),
             [](const auto& a, const auto& b) { return a.processIdentifier < b.processIdentifier; });
   return applications;

@@ -3,6 +3,7 @@
 #include "DesktopEntries.h"
 #include "DesktopEntry.h"
 #include "FileIdentity.h"
+#include "Host.h"
 #include "LinuxLaunchedApplications.h"
 #include "LinuxVolumes.h"
 #include "RegularFile.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <chrono>
 #include <optional>
 #include <string_view>
 #include <thread>
@@ -26,6 +28,7 @@ namespace brisko {
 namespace {
 
 constexpr std::size_t kLargestEntry = 1U << 20;
+constexpr std::chrono::minutes kEntriesLast{1};
 
 constexpr std::pair<std::string_view, std::string_view> kIconsByExtension[] = {
     {"7z", "package-x-generic"},  {"app", "application-x-executable"}, {"bz2", "package-x-generic"},
@@ -131,7 +134,18 @@ std::optional<DesktopEntry> applicationAt(const std::string& path) {
 }  // namespace
 
 std::vector<LaunchedApplication> LinuxWorkspace::launchedApplications() {
-  return linuxLaunchedApplications();
+  // Applications come and go all the time, their entries hardly ever.
+  const std::lock_guard lock(entriesMutex_);
+  const auto now = std::chrono::steady_clock::now();
+  if (entries_.empty() || now - entriesRead_ > kEntriesLast) {
+    entries_ = readDesktopEntries(applicationFolders(*Host::current().folders), messageLocale());
+    entriesRead_ = now;
+  }
+  return linuxLaunchedApplications("/proc", entries_);
+}
+
+std::uint64_t LinuxWorkspace::processBeginning(int processIdentifier) {
+  return linuxProcessBeginning("/proc/" + std::to_string(processIdentifier));
 }
 
 std::vector<MountedVolume> LinuxWorkspace::mountedVolumes() {

@@ -1,13 +1,19 @@
 #pragma once
 
+#include "DesktopEntry.h"
 #include "LinuxVolumeWatch.h"
 #include "Workspace.h"
+
+#include <chrono>
+#include <mutex>
+#include <vector>
 
 namespace brisko {
 
 class LinuxWorkspace : public Workspace {
  public:
   std::vector<LaunchedApplication> launchedApplications() override;
+  std::uint64_t processBeginning(int processIdentifier) override;
   std::vector<MountedVolume> mountedVolumes() override;
   int observeVolumes(Observer observer) override;
   void stopObserving(int token) override;
@@ -19,6 +25,9 @@ class LinuxWorkspace : public Workspace {
 
  private:
   LinuxVolumeWatch watch_;
+  std::mutex entriesMutex_;
+  std::vector<DesktopEntry> entries_;
+  std::chrono::steady_clock::time_point entriesRead_;
 };
 
 }  // namespace brisko

@@ -32,7 +32,9 @@ void settle(int milliseconds) {
 }
 
 void saveNow(QWidget* widget, const char* name) {
-  QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  // A layout inside of another asks again.
+  for (int depth = 0; depth < 4; ++depth)
+    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   QPixmap picture(widget->size() * 1);
   picture.fill(Qt::transparent);
   widget->render(&picture, {}, {}, QWidget::DrawWindowBackground | QWidget::DrawChildren);

@@ -38,6 +38,7 @@ void takeJunkPictures(AppDelegate& delegate, DemoRoot& root);
 void takeDuplicatePictures(AppDelegate& delegate, DemoRoot& root);
 void takeStartupItemsPictures(AppDelegate& delegate, DemoRoot& root);
 void takeUpdatePictures(AppDelegate& delegate, DemoRoot& root);
+void takeStatusPictures(AppDelegate& delegate, DemoRoot& root);
 
 }  // namespace test
 }  // namespace brisko

@@ -4,6 +4,7 @@
 #include "APFSScanWindowController.h"
 #include "AppDelegate.h"
 #include "BriskoStyle.h"
+#include "DemoFigures.h"
 #include "DemoRoot.h"
 #include "DemoDisks.h"
 #include "AMRelatedFilesWindowController.h"
@@ -57,6 +58,7 @@ using namespace brisko;
 namespace {
 
 constexpr void (*kTakers[])(AppDelegate&, test::DemoRoot&) = {
+    test::takeStatusPictures,
     test::takeShellPictures,
     test::takeJunkPictures,
     test::takeDuplicatePictures,
@@ -489,6 +491,7 @@ int main(int argc, char** argv) {
   Host::current().workspace = std::move(workspace);
   const test::DemoDisks disks(root.path());
   Host::current().installedApplications = std::make_unique<test::DemoInstalledApplications>();
+  test::installDemoFigures(Host::current());
   // Dates are in the pictures.
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
   MyNSApplication application(argc, argv);

@@ -1,0 +1,43 @@
+#include "AppDelegate.h"
+#include "DemoFigures.h"
+#include "MainWindow.h"
+#include "Pictures.h"
+#include "StatusFeed.h"
+#include "StatusPanel.h"
+#include "SystemStartViewController.h"
+
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace brisko::test {
+namespace {
+
+// Two minutes, that are over at once.
+void fillHistory(StatusFeed& feed, int cores = 8) {
+  while (!feed.information())
+    settle(20);
+  settle();
+  for (int second = 0; second < static_cast<int>(FigureHistory::kSeconds); ++second)
+    feed.take(demoSample(second, cores));
+}
+
+}  // namespace
+
+void takeStatusPictures(AppDelegate& delegate, DemoRoot&) {
+  auto& status = static_cast<SystemStartViewController&>(*delegate.pages()[0]);
+  delegate.goToPage(0);
+  fillHistory(status.feed());
+  saveNow(delegate.window(), "system-status");
+  auto* scrollArea = status.getView()->findChild<QScrollArea*>();
+  scrollArea->verticalScrollBar()->setValue(scrollArea->verticalScrollBar()->maximum());
+  saveNow(delegate.window(), "system-status-below");
+  scrollArea->verticalScrollBar()->setValue(0);
+  fillHistory(status.feed(), 128);
+  saveNow(delegate.window(), "system-status-128-cores");
+  StatusPanel panel;
+  panel.popUp(QRect(1000, 0, 20, 20));
+  fillHistory(panel.feed());
+  saveNow(&panel, "menu-bar-panel");
+}
+
+}  // namespace brisko::test
