@@ -11,6 +11,7 @@
 #include "MyNSApplication.h"
 #include "Pictures.h"
 #include "Theme.h"
+#include "TitleBar.h"
 #include "UnlinkGuard.h"
 
 #include <QDir>
@@ -70,6 +71,11 @@ int main(int argc, char** argv) {
   AppDelegate delegate;
   delegate.applicationDidFinishLaunching();
   delegate.window()->show();
+  // As on a desktop with a tray, which this platform has not: the window needs no button for it.
+  QAbstractButton* panelButton = delegate.window()->titleBarView()->panelButton();
+  while (panelButton->isHidden())
+    test::settle(50);
+  panelButton->hide();
   for (auto appearance : {Theme::Appearance::light, Theme::Appearance::dark}) {
     Theme::shared().setAppearance(appearance);
     root.fill();
