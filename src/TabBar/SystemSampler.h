@@ -39,8 +39,8 @@ TransferRate rateBetween(const std::vector<TransferCounters>& before,
 
 /// Takes samples of the machine. Loads and rates are those of the time since the sample before.
 ///
-/// Not locked: each instance is to be used by one thread at a time. A sample costs under a
-/// millisecond of processor time; sensors, which can be slow, are read with each fifth one.
+/// Not locked: each instance is to be used by one thread at a time. A sample reads a handful of the
+/// kernel's small files; sensors, which can be slow, are read with each fifth one.
 class SystemSampler {
  public:
   SystemSampler();

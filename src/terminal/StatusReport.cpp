@@ -19,6 +19,10 @@ constexpr double kNearlyFull = 0.9;
 // Above this many cores each is only a figure.
 constexpr std::size_t kMostBars = 32;
 
+std::string figure(double fraction) {
+  return rightAligned(SystemTexts::percent(fraction), kFigure);
+}
+
 std::string memoryText(std::uint64_t bytes) {
   return SSMemoryInfo::covertMemory(static_cast<std::int64_t>(bytes));
 }
@@ -155,33 +159,38 @@ std::string StatusReport::machine(const SystemSample& sample) const {
 std::string StatusReport::processor(const SystemSample& sample, std::size_t columns) const {
   if (sample.cores.empty()) return line("Processor", "no information");
   const CpuLoad load = sample.processor();
-  const auto figure = [](double fraction) {
-    return rightAligned(SystemTexts::percent(fraction), kFigure);
-  };
-  std::string text =
-      style_.bold(leftAligned("Processor", kLabel)) +
-      bar(load.user + load.system, barColumns(columns)) + figure(load.user + load.system) +
-      style_.dim(fmt::format("  programs {}, system {}", SystemTexts::percent(load.user),
-                             SystemTexts::percent(load.system))) +
-      "\n";
-  const bool hasBars = sample.cores.size() <= kMostBars;
+  const std::string parts = fmt::format("  programs {}, system {}", SystemTexts::percent(load.user),
+                                        SystemTexts::percent(load.system));
+  return style_.bold(leftAligned("Processor", kLabel)) +
+         bar(load.user + load.system, barColumns(columns)) + figure(load.user + load.system) +
+         style_.dim(parts) + "\n" + cores(sample, columns);
+}
+
+// As many side by side as fit: few with a bar each, many as figures in numbered rows.
+std::string StatusReport::cores(const SystemSample& sample, std::size_t columns) const {
+  constexpr std::size_t kNumber = 3;
   constexpr std::size_t kBar = 10;
-  const std::size_t width = hasBars ? 3 + 1 + kBar + kFigure : kFigure;
-  const std::size_t inRow = std::max<std::size_t>(1, (columns - kLabel + 2) / (width + 2));
-  for (std::size_t i = 0; i < sample.cores.size(); ++i) {
-    const bool isFirst = i % inRow == 0;
+  constexpr std::size_t kGap = 2;
+  const std::size_t count = sample.cores.size();
+  const bool hasBars = count <= kMostBars;
+  const std::size_t width = hasBars ? kNumber + 1 + kBar + kFigure : kFigure;
+  const std::size_t room = columns > kLabel ? columns - kLabel : 0;
+  const std::size_t inRow = std::max<std::size_t>(1, (room + kGap) / (width + kGap));
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) {
     const double busy = sample.cores[i].user + sample.cores[i].system;
-    if (isFirst) {
-      const std::size_t last = std::min(i + inRow, sample.cores.size());
-      const std::string label =
-          hasBars ? (i == 0 ? "  cores" : "") : fmt::format("  {} to {}", i + 1, last);
+    if (i % inRow == 0) {
+      const std::string label = hasBars
+                                    ? (i == 0 ? "  cores" : "")
+                                    : fmt::format("  {} to {}", i + 1, std::min(i + inRow, count));
       text += style_.dim(leftAligned(label, kLabel));
     } else {
-      text += "  ";
+      text += std::string(kGap, ' ');
     }
-    if (hasBars) text += style_.dim(rightAligned(std::to_string(i + 1), 3)) + " " + bar(busy, kBar);
+    if (hasBars)
+      text += style_.dim(rightAligned(std::to_string(i + 1), kNumber)) + " " + bar(busy, kBar);
     text += figure(busy);
-    if (i + 1 == sample.cores.size() || (i + 1) % inRow == 0) text += "\n";
+    if (i + 1 == count || (i + 1) % inRow == 0) text += "\n";
   }
   return text;
 }
@@ -192,7 +201,7 @@ std::string StatusReport::memory(const SystemSample& sample, std::size_t columns
   const double fraction =
       static_cast<double>(memory.usedMomory) / static_cast<double>(memory.totalMemory);
   return style_.bold(leftAligned("Memory", kLabel)) + bar(fraction, barColumns(columns)) +
-         rightAligned(SystemTexts::percent(fraction), kFigure) +
+         figure(fraction) +
          style_.dim(fmt::format("  {} used of {}", memoryText(memory.usedMomory),
                                 memoryText(memory.totalMemory))) +
          "\n" +
@@ -207,8 +216,7 @@ std::string StatusReport::volumes(const std::vector<TCVolumDetail>& volumes,
   for (const TCVolumDetail& volume : volumes) {
     const double fraction = usedFraction(volume);
     text += style_.bold(leftAligned(text.empty() ? "Volumes" : "", kLabel)) +
-            bar(fraction, barColumns(columns)) +
-            rightAligned(SystemTexts::percent(fraction), kFigure) + "  " +
+            bar(fraction, barColumns(columns)) + figure(fraction) + "  " +
             escapedForDisplay(volume.volumeName) +
             style_.dim(fmt::format("  {} free of {}", volume.freeSpace, volume.totalSpace)) + "\n";
   }

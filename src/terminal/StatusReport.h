@@ -24,6 +24,7 @@ class StatusReport {
  private:
   std::string machine(const SystemSample& sample) const;
   std::string processor(const SystemSample& sample, std::size_t columns) const;
+  std::string cores(const SystemSample& sample, std::size_t columns) const;
   std::string memory(const SystemSample& sample, std::size_t columns) const;
   std::string volumes(const std::vector<TCVolumDetail>& volumes, std::size_t columns) const;
   std::string transfers(const SystemSample& sample) const;

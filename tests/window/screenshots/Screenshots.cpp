@@ -38,6 +38,7 @@
 #include "StatusPanel.h"
 #include "TCPreferenceWindowController.h"
 #include "Theme.h"
+#include "TitleBar.h"
 #include "UnlinkGuard.h"
 #include "UninstallViewController.h"
 
@@ -501,6 +502,11 @@ int main(int argc, char** argv) {
   AppDelegate delegate;
   delegate.applicationDidFinishLaunching();
   delegate.window()->show();
+  // As on a desktop with a tray, which this platform has not: the window needs no button for it.
+  QAbstractButton* panelButton = delegate.window()->titleBarView()->panelButton();
+  while (panelButton->isHidden())
+    test::settle(50);
+  panelButton->hide();
   for (auto appearance : {Theme::Appearance::light, Theme::Appearance::dark}) {
     Theme::shared().setAppearance(appearance);
     root.fill();
