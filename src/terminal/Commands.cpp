@@ -1,24 +1,20 @@
 #include "Commands.h"
 
+#include "AppsCommand.h"
 #include "CheckUpdateCommand.h"
 #include "CloseCommand.h"
-#include "DuplicatesCommand.h"
-#include "JunkCommand.h"
-#include "LoginItemsCommand.h"
 #include "DiskCommand.h"
 #include "DisksCommand.h"
 #include "DuplicatesCommand.h"
 #include "JunkCommand.h"
-#include "SmartCommand.h"
 #include "LargeCommand.h"
-#include "ShredCommand.h"
-#include "AppsCommand.h"
-#include "DuplicatesCommand.h"
-#include "JunkCommand.h"
-#include "RelatedCommand.h"
-#include "UninstallCommand.h"
+#include "LoginItemsCommand.h"
 #include "ProcessesCommand.h"
+#include "RelatedCommand.h"
+#include "ShredCommand.h"
+#include "SmartCommand.h"
 #include "StatusCommand.h"
+#include "UninstallCommand.h"
 
 namespace brisko {
 namespace {
@@ -37,14 +33,15 @@ constexpr Maker kMakers[] = {
     make<RelatedCommand>,
     make<UninstallCommand>,
     make<DuplicatesCommand>,
+    make<LargeCommand>,
+    make<DisksCommand>,
+    make<DiskCommand>,
+    make<SmartCommand>,
     make<ProcessesCommand>,
     make<CloseCommand>,
     make<LoginItemsCommand>,
-    make<CheckUpdateCommand>,
-    make<JunkCommand>, make<DuplicatesCommand>, make<DisksCommand>,
-    make<DiskCommand>, make<SmartCommand>,
-    make<LargeCommand>,
     make<ShredCommand>,
+    make<CheckUpdateCommand>,
 };
 
 }  // namespace

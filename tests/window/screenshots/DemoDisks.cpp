@@ -4,7 +4,6 @@
 #include "Host.h"
 #include "UnlinkGuard.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 
@@ -41,9 +40,11 @@ DemoDisks::~DemoDisks() {
   fs::remove_all(root_ + "-disks", error);
 }
 
-DemoDisks::DemoDisks(const std::string& root) : root_(root), disks_(folderBeside(root)) {
-  ::setenv("BRISKO_TOOLS", disks_.tools().c_str(), 1);
-  ::setenv("XDG_RUNTIME_DIR", disks_.runtime().c_str(), 1);
+DemoDisks::DemoDisks(const std::string& root)
+    : root_(root),
+      disks_(folderBeside(root)),
+      tools_("BRISKO_TOOLS", disks_.tools().c_str()),
+      runtime_("XDG_RUNTIME_DIR", disks_.runtime().c_str()) {
   disks_.setDetails("nvme0n1p2", volume("System", 480'000'000'000, 181'400'000'000, "ext4", "/"));
   disks_.setDetails("nvme0n1p3",
                     volume("Archive", 32'000'000'000, 21'000'000'000, "ext4", "/srv/archive"));

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "MadeDisks.h"
+#include "TestHost.h"
 
 #include <string>
 
 namespace brisko::test {
 
 /// Three disks with their volumes, always the same, as the disk tool would describe them; drives
-/// that answer but for the last. For as long as the program runs.
+/// that answer but for the last. While it lives, the disk tool is its own.
 class DemoDisks {
  public:
   /// Below the demo's root.
@@ -21,6 +22,8 @@ class DemoDisks {
  private:
   std::string root_;
   MadeDisks disks_;
+  Environment tools_;
+  Environment runtime_;
 };
 
 }  // namespace brisko::test

@@ -58,7 +58,7 @@ void answerNext(const char* picture, const char* answer) {
     QWidget* panel = QApplication::activeModalWidget();
     if (panel == nullptr) return;
     delete poll;
-    save(panel, picture);
+    if (picture != nullptr) save(panel, picture);
     click(panel, answer);
   });
   poll->start(50);

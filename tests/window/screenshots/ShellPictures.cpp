@@ -7,8 +7,6 @@
 namespace brisko::test {
 
 void takeShellPictures(AppDelegate& delegate, DemoRoot&) {
-  delegate.goToPage(5);
-  save(delegate.window(), "disk-manager");
   TCPreferenceWindowController about(delegate.window());
   about.show();
   save(&about, "about");
