@@ -58,7 +58,7 @@ std::size_t kindOfOther(std::string_view extension) {
 
 std::size_t largeFileKind(const FileNode& node) {
   if (node._isDirectory()) return 0;
-  const std::string extension = pathExtension(node._name());
+  const std::string extension(pathExtension(node._name()));
   const int found = duplicateClass(extension);
   if (found == kOtherTypes) return kindOfOther(extension);
   return kDuplicateClassSegments[static_cast<std::size_t>(found)];

@@ -49,7 +49,7 @@ bool isFolderBehindLink(const std::string& path) {
 }
 
 bool hasExtension(int type, std::string_view path) {
-  const std::string extension = pathExtension(path);
+  const std::string_view extension = pathExtension(path);
   if (type == 0) return extension == "app";
   if (type == 1) return extension == "wdgt";
   return std::find(std::begin(kPluginExtensions), std::end(kPluginExtensions), extension) !=

@@ -16,7 +16,7 @@ namespace {
 using ItemRole = AMAppItem::Role;
 
 QString bundleTag(const AMAppItem& entry) {
-  const std::string extension = pathExtension(entry.path);
+  const std::string extension(pathExtension(entry.path));
   if (extension == "app") return getLocalizedString("Application");
   if (extension == "wdgt") return getLocalizedString("Widget");
   const bool isPlugin = entry.identity && entry.identity->kind == FileKind::directory && !entry.host;
