@@ -21,7 +21,7 @@ std::string groupedNumber(std::uint64_t number) {
 std::string smartExplanation(const CSMARTAttribute& reader, const std::string& device) {
   const int error = reader.error();
   if (reader.state() == CSMARTAttribute::State::noDevice) {
-    return fmt::format("No drive \"{}\" here that reports its health.", device);
+    return fmt::format("There is no drive \"{}\" that reports its health.", device);
   }
   if (error == EACCES || error == EPERM) {
     return fmt::format(

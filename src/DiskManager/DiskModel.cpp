@@ -186,14 +186,15 @@ void DiskModel::ejected(const std::vector<std::pair<DiskNode, DiskCommandEnd>>& 
 bool DiskModel::beginFormat() {
   if (isFormat_ || !isCanClick_ || !selectVolumes_ || !offers_.format) return false;
   isFormat_ = true;
+  formatVolume_ = selectVolumes_;
   tell(&DiskModelListener::busyChanged);
   return true;
 }
 
 void DiskModel::makeSureToFormatSelectVolumeWithName(const std::string& name,
                                                      const std::string& type) {
-  if (!isFormat_ || !selectVolumes_) return;
-  FormatPlan plan = DiskFormat::plan(*selectVolumes_, name, type);
+  if (!isFormat_ || !formatVolume_) return;
+  FormatPlan plan = DiskFormat::plan(*formatVolume_, name, type);
   if (!DiskFormat::refusal(plan).empty()) return;
   setBusy(true);
   const auto ended = [plan](DiskModel& model, const DiskCommandEnd& end) {
@@ -207,11 +208,18 @@ void DiskModel::makeSureToFormatSelectVolumeWithName(const std::string& name,
     inBackground([started] { return started; }, ended);
     return;
   }
-  inBackground([plan] { return DiskFormat::run(plan); }, ended);
+  inBackground(
+      [plan, volume = formatVolume_] {
+        DiskCommandEnd refused;
+        refused.errors = DiskFormat::changedSince(*volume);
+        return refused.errors.empty() ? DiskFormat::run(plan) : refused;
+      },
+      ended);
 }
 
 void DiskModel::endFormat() {
   isFormat_ = false;
+  formatVolume_ = nullptr;
   setBusy(false);
 }
 

@@ -85,7 +85,10 @@ class DiskModel {
 
   /// Before the confirmation panel is shown. False when a format runs already or is not offered.
   bool beginFormat();
-  /// The confirmation panel's OK; `formatEnded` follows.
+  /// The volume that is asked about: what was selected then, whatever is selected meanwhile.
+  const DiskNode& formatVolume() const { return formatVolume_; }
+  /// The confirmation panel's OK; `formatEnded` follows. Nothing is run when the device does not
+  /// hold that volume any more.
   void makeSureToFormatSelectVolumeWithName(const std::string& name, const std::string& type);
   /// After the confirmation panel has gone.
   void endFormat();
@@ -117,6 +120,7 @@ class DiskModel {
   DiskNode selectVolumes_;
   std::string chosenId_;  ///< of the row that the user chose
   bool chosenIsDisk_ = false;
+  DiskNode formatVolume_;
   DiskOffers offers_;
   bool isScan_ = false;
   bool wasScanned_ = false;

@@ -43,8 +43,8 @@ DiskTree buildDiskTree(const DiskTreeRules& rules,
 /// Whether the node is the first volume of the first disk, which is taken for the system's.
 bool isSystemVolume(const std::vector<DiskNode>& disks, const DiskAndVolumeObj& node);
 
-/// The disk or the volume with this identifier (with or without "/dev/"); null when there is none. A
-/// disk that holds a file system directly has the identifier of its one volume: each is found by
+/// The disk or the volume with this identifier (with or without "/dev/"); null when there is none.
+/// A disk that holds a file system directly has the identifier of its one volume: each is found by
 /// its own function.
 DiskNode diskWithId(const std::vector<DiskNode>& disks, std::string id);
 DiskNode volumeWithId(const std::vector<DiskNode>& disks, std::string id);

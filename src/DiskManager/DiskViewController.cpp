@@ -202,7 +202,7 @@ void DiskViewController::renameCancelButtonAction() {
 
 void DiskViewController::formatButtonAction() {
   if (!model_.beginFormat()) return;
-  const DiskNode volume = model_.selectVolumes();
+  const DiskNode volume = model_.formatVolume();
   formatPanel_ = std::make_unique<FormatPanelWindow>(getView());
   makeSureFormatVC = new MakeSureFormatViewController(this);
   formatPanel_->host(makeSureFormatVC);
@@ -217,7 +217,7 @@ void DiskViewController::formatButtonAction() {
 
 std::string DiskViewController::formatRefusal(const std::string& name,
                                               const std::string& type) const {
-  const DiskNode& volume = model_.selectVolumes();
+  const DiskNode& volume = model_.formatVolume();
   return volume ? DiskFormat::refusal(DiskFormat::plan(*volume, name, type)) : "";
 }
 

@@ -207,6 +207,10 @@ int DiskCommand::format(const DiskListing& listing, const DiskNode& node,
     return outcome.failed(fmt::format("\"{}\" was not formatted", node->volumeName),
                           "it was not confirmed by its name");
   }
+  if (const std::string changed = DiskFormat::changedSince(*node);
+      plan.way != FormatPlan::Way::reformat && !changed.empty()) {
+    return outcome.failed(fmt::format("\"{}\" was not formatted", node->volumeName), changed);
+  }
   const DiskState before = DiskState::of(node->diskId);
   ProgressLine progress;
   progress.show("Formatting", node->volRootDir);

@@ -151,6 +151,24 @@ TEST_F(DiskModelTest, whileAFormatIsAskedForNothingElseHappens) {
   EXPECT_EQ(calls.back(), "<eraseVolume><ExFAT><NEW></dev/disk1s1>");
 }
 
+TEST_F(DiskModelTest, onlyTheVolumeThatWasAskedAboutIsFormatted) {
+  scan();
+  model.shouldSelectItem(node("disk1s1"));
+  ASSERT_TRUE(model.beginFormat());
+  // Another stick in its place; the page is told, and selects something else.
+  auto other = MadeDisks::volume("Stick", 4 * kGiB);
+  other["VolumeUUID"] = "ANOTHER";
+  disks.setDetails("disk1s1", other);
+  model.shouldSelectItem(node("disk1s2"));
+  model.makeSureToFormatSelectVolumeWithName("NEW", "ExFAT");
+  Dispatch::runUntil([this] { return listener.formats == 1; });
+  EXPECT_NE(listener.end.status, 0);
+  EXPECT_THAT(listener.end.errors, HasSubstr("not the volume"));
+  for (const std::string& call : disks.calls())
+    EXPECT_FALSE(call.starts_with("<eraseVolume>")) << call;
+  model.endFormat();
+}
+
 TEST_F(DiskModelTest, theSelectedDisksHealthIsShown) {
   const auto drive = smart->add("disk0");
   drive->nvme = true;

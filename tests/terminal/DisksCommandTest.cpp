@@ -184,7 +184,7 @@ TEST_F(DisksCommandTest, aSavedSectorIsDecoded) {
         folder.file("empty"), folder / "missing", folder.folder("folder")}) {
     expectRefused(run({"smart", "--sector", wrong}), 2, wrong.c_str());
   }
-  expectRefused(run({"smart", "--device", "none-such"}), 1, "No drive");
+  expectRefused(run({"smart", "--device", "none-such"}), 1, "no drive \"none-such\"");
 }
 
 }  // namespace

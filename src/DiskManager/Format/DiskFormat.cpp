@@ -1,5 +1,6 @@
 #include "DiskFormat.h"
 
+#include "DiskAndVolumeInfo.h"
 #include "DiskCommandText.h"
 #include "DiskOffers.h"
 #include "HostTools.h"
@@ -73,6 +74,13 @@ std::string refusal(const FormatPlan& plan) {
   if (DiskCommandText::fits(plan.command, DiskCommandText::kEraseRoom)) return "";
   return nameTooLong(VolumeName::characterCount(plan.name),
                      DiskCommandText::fittingForErase(plan.type, plan.name, plan.device));
+}
+
+std::string changedSince(const DiskAndVolumeObj& volume) {
+  const PropertyList info = DiskAndVolumeInfo::ZKGetDiskInfo(volume.volRootDir.c_str());
+  const bool isSame = info["VolumeUUID"].string() == volume.diskUUID &&
+                      info["VolumeName"].string() == volume.volumeName;
+  return isSame ? "" : "It is not the volume any more that was shown.";
 }
 
 DiskCommandEnd run(const FormatPlan& plan) {
