@@ -63,6 +63,7 @@ AsMDeleteExecutor::~AsMDeleteExecutor() {
 
 void AsMDeleteExecutor::executeDelete(AppItems items) {
   trashFiles_ = std::move(items);
+  staying_.clear();
   stop_ = false;
   Dispatch::global([self = shared_from_this()] {
     for (const AppItem& item : self->trashFiles_) {
@@ -83,7 +84,16 @@ bool AsMDeleteExecutor::tell(const AppItem& item, const RemovalReport& report) {
 }
 
 bool AsMDeleteExecutor::removeTrahFile(const AppItem& item) {
-  if (item->role == AMAppItem::Role::package) return removePackage(item);
+  if (item->owner && staying_.contains(item->owner.get())) {
+    return tell(item, failure("The application stays, and so does what belongs to it."));
+  }
+  const bool isPackage = item->role == AMAppItem::Role::package;
+  const bool isRemoved = isPackage ? removePackage(item) : removeFile(item);
+  if (!isRemoved && item->host) staying_.insert(item->host.get());
+  return isRemoved;
+}
+
+bool AsMDeleteExecutor::removeFile(const AppItem& item) {
   const RemovalReport report = removedAs(*item);
   if (report.removed() || !isForAdministrator(report)) return tell(item, report);
   if (!allocAuthorization()) {

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace brisko {
@@ -17,6 +18,8 @@ namespace brisko {
 /// Every removal goes through the removal engine and its rules. What those refuse, or what is not
 /// the item any more that was shown, never reaches the privileged step. An entry whose path is gone
 /// does: it takes the right, and then counts as removed, as the tool would have it.
+///
+/// What belongs to an application of the host stays when the application itself could not go.
 ///
 /// To be made by `make`: the work holds on to it.
 class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor> {
@@ -63,12 +66,14 @@ class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor>
       : delegate_(std::move(delegate)) {}
 
   bool removePackage(const AppItem& item);
+  bool removeFile(const AppItem& item);
   bool tell(const AppItem& item, const RemovalReport& report);
   RemovalReport removeAsAdministrator(const std::string& path,
                                       const std::optional<FileIdentity>& shown);
 
   std::shared_ptr<Delegate> delegate_;
   AppItems trashFiles_;
+  std::set<const InstalledApplication*> staying_;  ///< of the host's, those that could not go
   std::atomic<bool> stop_ = false;
   Authorization::Reference authorizationRef_ = 0;
   bool isValidAuth_ = false;

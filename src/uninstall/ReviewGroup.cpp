@@ -143,6 +143,7 @@ class HostGroup {
   AppItem relatedItem(const std::string& path, const std::string& entry) {
     AppItem item = made(path, sizes_);
     item->role = Role::relatedFile;
+    item->owner = group_.item->host;
     item->sharedWith = names_.otherOwner(entry, *group_.item, going_);
     item->startsTicked = false;
     if (item->sharedWith.empty()) item->note = "Only the name begins alike";

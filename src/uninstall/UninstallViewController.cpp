@@ -217,7 +217,10 @@ void UninstallViewController::showStates() {
   const bool isLoading = isEmpty && (model_.isBusy() || !hasBegun_);
   ui_->loadingView->setVisible(isLoading);
   ui_->emptyView->setVisible(isEmpty && !isLoading);
-  ui_->tableCard->setVisible(!isEmpty);
+  // Without rows the table is its header, which still tells their number.
+  UninstallTable* table = ui_->listViewTabel;
+  table->setMaximumHeight(isEmpty ? table->horizontalHeader()->height() : QWIDGETSIZE_MAX);
+  table->setFocusPolicy(isEmpty ? Qt::NoFocus : Qt::StrongFocus);
   if (!isEmpty || isLoading) return;
   const bool isFiltered = !model_.list(model_.appsType()).empty();
   const QString sentence =

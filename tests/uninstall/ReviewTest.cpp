@@ -197,6 +197,19 @@ TEST_F(Review, HostApplicationShowsWhatGoesWithItAndWhatItSharesStartsUnticked) 
   EXPECT_TRUE(exists(root / "config/fontconfig"));
 }
 
+TEST_F(Review, WhatBelongsToAPackageStaysWhenThePackageDoes) {
+  const Environment config("XDG_CONFIG_HOME", (root / "config").c_str());
+  root.file("config/draw/a");
+  const AppItem draw = hostItem(package("draw", "Draw"));
+  installed->failures["draw"] = "Another program is installing software.";
+  open({draw}, {draw});
+  ASSERT_EQ(model.selectDeletePath().size(), 2U);
+  remove();
+  EXPECT_EQ(model.failures().size(), 2U);
+  EXPECT_TRUE(model.isStillInstalled(*draw));
+  EXPECT_TRUE(exists(root / "config/draw/a"));
+}
+
 TEST_F(Review, RefusedPackageStaysAndIsNotAsked) {
   const AppItem shell = hostItem(package("shell", "Shell"));
   installed->plans["shell"].refusal = "The system needs it.";
