@@ -46,9 +46,9 @@ PrivilegedPlace privilegedPlace(const std::string& path) {
   bool isMissing = parent.error == ENOENT || parent.error == ENOTDIR;
   struct statx facts;
   if (parent.error == 0) {
-    isMissing = factsOf(RemovalCalls::system(), parent.folder.get(), parent.name.c_str(), facts) !=
-                    0 &&
-                errno == ENOENT;
+    isMissing =
+        factsOf(RemovalCalls::system(), parent.folder.get(), parent.name.c_str(), facts) != 0 &&
+        errno == ENOENT;
   }
   if (isMissing) return {"", reportOf(RemovalOutcome::missing, "It is not there.")};
   return {parent.error == 0 ? parent.itemPath() : path, std::nullopt};
@@ -57,8 +57,8 @@ PrivilegedPlace privilegedPlace(const std::string& path) {
 RemovalReport runPrivilegedTool(Authorization::Reference reference, const std::string& path,
                                 const std::optional<FileIdentity>& shown, bool& toolHasGone) {
   Authorization::Result result;
-  const int status = Host::current().authorization->execute(reference, "/bin/rm", {"-rf", path},
-                                                            shown, result);
+  const int status =
+      Host::current().authorization->execute(reference, "/bin/rm", {"-rf", path}, shown, result);
   toolHasGone = status == Authorization::kToolFailed || status == Authorization::kInvalid;
   if (toolHasGone) {
     return reportOf(RemovalOutcome::failed, "The privileged helper did not answer.");

@@ -61,12 +61,12 @@ int TaskTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QIcon TaskTableModel::iconOf(const std::string& image) const {
-  const QString name = QString::fromStdString(image);
-  auto found = icons_.find(name);
+  const QString key = QString::fromStdString(image);
+  auto found = icons_.find(key);
   if (found == icons_.end()) {
-    QIcon icon = name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name);
+    QIcon icon = key.startsWith(u'/') ? QIcon(key) : QIcon::fromTheme(key);
     if (icon.isNull()) icon = ImageLookup::icon("ic_window");
-    found = icons_.insert(name, icon);
+    found = icons_.insert(key, icon);
   }
   return *found;
 }

@@ -106,9 +106,9 @@ AppItem installedItem(const UninstallModel& model, const std::string& argument,
   if (argument.find('/') == std::string::npos && !argument.empty()) {
     if (AppItem item = listed(model, &AMAppItem::bundleID, argument)) return item;
   }
-  throw WrongUsage(fmt::format("{}: {}: {}", command, argument,
-                               place.empty() ? std::strerror(error)
-                                             : "not an application, widget or plug-in"));
+  throw WrongUsage(
+      fmt::format("{}: {}: {}", command, argument,
+                  place.empty() ? std::strerror(error) : "not an application, widget or plug-in"));
 }
 
 }  // namespace brisko

@@ -1,8 +1,8 @@
 #include "AppsReport.h"
 
 #include "CommUti.h"
-#include "InstalledApplications.h"
 #include "Host.h"
+#include "InstalledApplications.h"
 #include "Output.h"
 #include "SystemLog.h"
 #include "UninstallModel.h"
@@ -101,8 +101,7 @@ std::string entryLine(const RelatedFilesModel& model, const AppItem& entry, cons
                                  rightAligned(entry->size, kSizeColumns),
                                  isPackage ? "package " : "", escapedForDisplay(entry->path));
   if (!entry->sharedWith.empty()) {
-    line += style.warning(
-        fmt::format("  (also fits {})", escapedForDisplay(entry->sharedWith)));
+    line += style.warning(fmt::format("  (also fits {})", escapedForDisplay(entry->sharedWith)));
   }
   if (!entry->note.empty()) {
     line += style.dim(fmt::format("  ({})", escapedForDisplay(entry->note)));
@@ -238,9 +237,9 @@ std::string AppsReport::outcome(const RelatedFilesModel& model, const AppItems& 
   for (const AppItem& entry : entries) {
     if (!isStillThere(model, *entry)) removed.insert(entry->path);
   }
-  std::string text =
-      fmt::format("Removed {}, {}. The file system gave back {}.\n", counted(removed.size(), "item"),
-                  model.freedText(), CommUti::longlongDiskSize(model.freedBytes()));
+  std::string text = fmt::format("Removed {}, {}. The file system gave back {}.\n",
+                                 counted(removed.size(), "item"), model.freedText(),
+                                 CommUti::longlongDiskSize(model.freedBytes()));
   for (const UninstallFailure& failure : failures) {
     text += style.warning(fmt::format("Stays: {}: {}", escapedForDisplay(failure.path),
                                       escapedForDisplay(failure.reason))) +

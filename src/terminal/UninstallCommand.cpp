@@ -44,10 +44,9 @@ void UninstallCommand::declare(CLI::App& app) {
 
 int UninstallCommand::remove(RelatedFilesModel& review, const GlobalOptions& global) const {
   const AppItems entries = review.selectDeletePath();
-  const std::string question =
-      fmt::format("Remove {}, {}? They do not go to the trash.",
-                  counted(review.selectedCount(), "item"),
-                  CommUti::longlongDiskSize(review.selectedBytes()));
+  const std::string question = fmt::format("Remove {}, {}? They do not go to the trash.",
+                                           counted(review.selectedCount(), "item"),
+                                           CommUti::longlongDiskSize(review.selectedBytes()));
   if (!entries.empty() && !global.yes && !confirm(question)) {
     writeError("nothing was removed");
     return Interruption::happened() ? kInterrupted : kNotDone;

@@ -43,10 +43,10 @@ struct AMAppItem {
   Role role = Role::bundle;
   std::uint64_t bytes = 0;               ///< of `size`, exactly
   std::optional<FileIdentity> identity;  ///< which item the path named; nothing when none
-  std::string sharedWith;        ///< another installed application to whose name it fits too
-  std::string note;              ///< one more thing to be said of it, for people
-  bool startsTicked = true;      ///< in a review
-  bool canBeTicked = true;       ///< in a review; false for what must stay
+  std::string sharedWith;    ///< another installed application to whose name it fits too
+  std::string note;          ///< one more thing to be said of it, for people
+  bool startsTicked = true;  ///< in a review
+  bool canBeTicked = true;   ///< in a review; false for what must stay
   std::shared_ptr<const InstalledApplication> host;  ///< an application with a desktop entry
   std::shared_ptr<const UninstallPlan> plan;         ///< with Role::package
   /// With Role::relatedFile: the host's application that it belongs to. It stays when that does.

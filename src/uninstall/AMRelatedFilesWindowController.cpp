@@ -53,11 +53,6 @@ void AMRelatedFilesWindowController::clickedDeleteBtn() {
   if (model_.uninstallButtonEnabled()) accept();
 }
 
-void AMRelatedFilesWindowController::openOrClose(const QModelIndex& index) {
-  const QModelIndex row = index.siblingAtColumn(0);
-  ui_->outlineView->setExpanded(row, !ui_->outlineView->isExpanded(row));
-}
-
 void AMRelatedFilesWindowController::selectRemoveLanguage(const QModelIndex& index) {
   const auto group = static_cast<std::size_t>(RelatedFilesTree::groupOf(index));
   const int entry = RelatedFilesTree::entryOf(index);

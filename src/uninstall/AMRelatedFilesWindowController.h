@@ -30,8 +30,6 @@ class AMRelatedFilesWindowController : public PanelWindow, private RelatedFilesM
 
   void clickedDeleteBtn();
   void clickedCancelBtn() { reject(); }
-  /// Double click: opens or closes a row with children.
-  void openOrClose(const QModelIndex& index);
 
   RelatedFilesModel& model() { return model_; }
   /// The progress window while it is shown; else null.

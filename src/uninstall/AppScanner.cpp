@@ -15,9 +15,9 @@
 namespace brisko {
 namespace {
 
-constexpr std::string_view kPluginExtensions[] = {
-    "app",        "plugin",      "webplugin",  "component",
-    "mdimporter", "qlgenerator", "dictionary", "safariextz"};
+constexpr std::string_view kPluginExtensions[] = {"app",        "plugin",     "webplugin",
+                                                  "component",  "mdimporter", "qlgenerator",
+                                                  "dictionary", "safariextz"};
 
 struct Entry {
   std::string name;

@@ -8,9 +8,9 @@
 
 namespace brisko {
 
-/// Finds what is installed below a folder, to any depth, in the file system's order. Bundles are not
-/// entered. A bundle may be a link, and is then that link; a folder that is a link is not searched:
-/// what lies behind it is another place's, and could not be removed by this path.
+/// Finds what is installed below a folder, to any depth, in the file system's order. Bundles are
+/// not entered. A bundle may be a link, and is then that link; a folder that is a link is not
+/// searched: what lies behind it is another place's, and could not be removed by this path.
 ///
 /// For background threads; ends early when `cancel` is set.
 class AppScanner {

@@ -62,8 +62,7 @@ class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor>
   void freeAuthorization();
 
  private:
-  explicit AsMDeleteExecutor(std::shared_ptr<Delegate> delegate)
-      : delegate_(std::move(delegate)) {}
+  explicit AsMDeleteExecutor(std::shared_ptr<Delegate> delegate) : delegate_(std::move(delegate)) {}
 
   bool removePackage(const AppItem& item);
   bool removeFile(const AppItem& item);

@@ -12,7 +12,8 @@ namespace {
 bool isGoingToo(const AMAppItem& owner, const AMAppItem& item,
                 const std::vector<std::string>& going) {
   if (owner.path == item.path || isSamePackage(owner, item)) return true;
-  return owner.host && std::find(going.begin(), going.end(), owner.host->packageName) != going.end();
+  return owner.host &&
+         std::find(going.begin(), going.end(), owner.host->packageName) != going.end();
 }
 
 }  // namespace

@@ -57,10 +57,10 @@ AppItem RelatedAppFilesScanner::getAppItemWithFilePath(const std::string& path, 
   const std::string& identifier = information["CFBundleIdentifier"].string();
   const bool isSystemApp = identifier.starts_with("com.apple.");
   const CatalogItem facts = Host::current().catalog->information(path);
-  auto item = std::make_shared<AMAppItem>(AMAppItem::initWithInfoDictionary(
-      information, bundleDisplayName(path), path, identifier,
-      information["CFBundleShortVersionString"].string(), facts.creationSeconds,
-      isSystemApp ? "YES" : "NO", "0KB"));
+  auto item = std::make_shared<AMAppItem>(
+      AMAppItem::initWithInfoDictionary(information, bundleDisplayName(path), path, identifier,
+                                        information["CFBundleShortVersionString"].string(),
+                                        facts.creationSeconds, isSystemApp ? "YES" : "NO", "0KB"));
   item->identity = FileIdentity::at(path);
   item->image = Host::current().workspace->iconNameOfKind(path, facts.kind);
   return item;

@@ -52,8 +52,8 @@ void GetDownloadPaths(AppItems& items, const std::string& name, const std::strin
 void GetGrowlPaths(AppItems& items, const std::string& name, SizeTime sizes = SizeTime::now);
 
 /// Appends the direct entries of `folder` whose names begin with `key`, as it is or without its
-/// blanks, in any case, in the file system's order. A key that is empty without blanks fits nothing;
-/// a folder that is missing, cannot be read or is a link gives none.
+/// blanks, in any case, in the file system's order. A key that is empty without blanks fits
+/// nothing; a folder that is missing, cannot be read or is a link gives none.
 void AddPathIfExists(AppItems& items, const std::string& folder, const std::string& key,
                      SizeTime sizes = SizeTime::now);
 

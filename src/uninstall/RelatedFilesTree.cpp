@@ -19,7 +19,8 @@ QString bundleTag(const AMAppItem& entry) {
   const std::string extension(pathExtension(entry.path));
   if (extension == "app") return getLocalizedString("Application");
   if (extension == "wdgt") return getLocalizedString("Widget");
-  const bool isPlugin = entry.identity && entry.identity->kind == FileKind::directory && !entry.host;
+  const bool isPlugin =
+      entry.identity && entry.identity->kind == FileKind::directory && !entry.host;
   return getLocalizedString(isPlugin ? "Plug-in" : "Program");
 }
 
@@ -80,8 +81,8 @@ class ReviewDelegate : public QStyledItemDelegate {
  private:
   static void paintName(QPainter* painter, const QRect& rect, const QModelIndex& index) {
     const bool isGroup = !index.parent().isValid();
-    const auto* item = static_cast<const AMAppItem*>(
-        index.data(RelatedFilesTree::ItemRole).value<const void*>());
+    const auto* item =
+        static_cast<const AMAppItem*>(index.data(RelatedFilesTree::ItemRole).value<const void*>());
     QRect area = rect.adjusted(Space::tiny, 0, -Space::small, 0);
     const int side = isGroup ? 26 : 22;
     if (item != nullptr) {

@@ -52,8 +52,7 @@ class HostGroup {
       : group_(group), host_(*group.item->host), names_(names), sizes_(sizes) {}
 
   void build() {
-    auto plan = std::make_shared<UninstallPlan>(
-        Host::current().installedApplications->plan(host_));
+    auto plan = std::make_shared<UninstallPlan>(Host::current().installedApplications->plan(host_));
     group_.refusal = plan->refusal;
     going_ = plan->removes;
     going_.insert(going_.end(), plan->alsoRemoves.begin(), plan->alsoRemoves.end());
@@ -98,8 +97,8 @@ class HostGroup {
     if (bytes > 0) own->setBytes(bytes);
     if (!plan->leavesUnused.empty()) {
       const std::size_t count = plan->leavesUnused.size();
-      own->note = fmt::format("Leaves {} package{} that nothing else needs", count,
-                              count == 1 ? "" : "s");
+      own->note =
+          fmt::format("Leaves {} package{} that nothing else needs", count, count == 1 ? "" : "s");
     }
     group_.entries.push_back(std::move(own));
     for (const std::string& name : plan->alsoRemoves) {
@@ -127,7 +126,8 @@ class HostGroup {
   }
 
   void take(const HostRelatedLocation& location, const std::vector<std::string>& entries,
-            const std::string& key, bool isOwnKey, std::unordered_map<std::string, AppItem>& found) {
+            const std::string& key, bool isOwnKey,
+            std::unordered_map<std::string, AppItem>& found) {
     for (const std::string& entry : entries) {
       if (!location.matches(entry, key)) continue;
       const bool isClose = isOwnKey && (location.isWhole || endsAtWord(entry, key));

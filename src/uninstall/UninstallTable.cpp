@@ -95,8 +95,7 @@ void UninstallTable::setItems(UninstallTableModel* items) {
   for (int column = 0; column < items->columnCount(); ++column) {
     if (kWidths[column] > 0) horizontalHeader()->resizeSection(column, kWidths[column]);
   }
-  horizontalHeader()->setSectionResizeMode(static_cast<int>(Column::uninstall),
-                                           QHeaderView::Fixed);
+  horizontalHeader()->setSectionResizeMode(static_cast<int>(Column::uninstall), QHeaderView::Fixed);
 }
 
 void UninstallTable::keyPressEvent(QKeyEvent* event) {

@@ -114,8 +114,7 @@ QString UninstallTableModel::spoken(const AMAppItem& item, const QModelIndex& in
   }
 }
 
-QVariant UninstallTableModel::headerData(int section, Qt::Orientation orientation,
-                                         int role) const {
+QVariant UninstallTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= kColumns) return {};
   const auto column = static_cast<Column>(section);
   if (role == Qt::TextAlignmentRole) {

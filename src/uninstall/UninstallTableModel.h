@@ -8,8 +8,8 @@ namespace brisko {
 
 class UninstallModel;
 
-/// The shown list as an item model: texts are made when a row is drawn, and a size is asked for when
-/// its cell is.
+/// The shown list as an item model: texts are made when a row is drawn, and a size is asked for
+/// when its cell is.
 class UninstallTableModel : public QAbstractTableModel {
   Q_OBJECT
 

@@ -107,8 +107,8 @@ void UninstallViewController::setUpSearch() {
   });
   connect(ui_->closeSearchButton, &QAbstractButton::clicked, this,
           &UninstallViewController::closeSearchButton);
-  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), field, nullptr, nullptr,
-                               Qt::WidgetShortcut);
+  auto* escape =
+      new QShortcut(QKeySequence(Qt::Key_Escape), field, nullptr, nullptr, Qt::WidgetShortcut);
   connect(escape, &QShortcut::activated, this, &UninstallViewController::closeSearchButton);
   auto* find = new QShortcut(QKeySequence::Find, getView(), nullptr, nullptr,
                              Qt::WidgetWithChildrenShortcut);
@@ -202,10 +202,10 @@ void UninstallViewController::showTypes() {
   for (int type = 0; type < UninstallModel::kTypes; ++type) {
     const TypeText& text = textOf(type);
     const std::size_t count = model_.list(type).size();
-    segments.push_back({getLocalizedString(text.title),
-                        filledIn(getLocalizedString(count == 1 ? text.one : text.many),
-                                 QString::number(count)),
-                        count == 0});
+    segments.push_back(
+        {getLocalizedString(text.title),
+         filledIn(getLocalizedString(count == 1 ? text.one : text.many), QString::number(count)),
+         count == 0});
   }
   ui_->typeSegment->setSegments(std::move(segments));
   ui_->typeSegment->setCurrent(model_.appsType());
@@ -224,20 +224,18 @@ void UninstallViewController::showStates() {
   if (!isEmpty || isLoading) return;
   const bool isFiltered = !model_.list(model_.appsType()).empty();
   const QString sentence =
-      isFiltered ? filledIn(getLocalizedString("No name contains “%@”."),
-                            displayText(model_.searchText()))
-                 : getLocalizedString("There is nothing of this kind on this machine.");
-  ui_->emptyView->show("ill_empty",
-                       getLocalizedString(isFiltered ? "Nothing found"
-                                                     : textOf(model_.appsType()).none),
-                       sentence);
+      isFiltered
+          ? filledIn(getLocalizedString("No name contains “%@”."), displayText(model_.searchText()))
+          : getLocalizedString("There is nothing of this kind on this machine.");
+  ui_->emptyView->show(
+      "ill_empty",
+      getLocalizedString(isFiltered ? "Nothing found" : textOf(model_.appsType()).none), sentence);
 }
 
 void UninstallViewController::showSortMark() {
   QHeaderView* header = ui_->listViewTabel->horizontalHeader();
   const int section = static_cast<int>(model_.aTableColumn());
-  const bool isAscending =
-      std::string_view(model_.indicator()) == "NSAscendingSortIndicator";
+  const bool isAscending = std::string_view(model_.indicator()) == "NSAscendingSortIndicator";
   header->setSortIndicatorShown(section >= 0);
   header->setSortIndicator(section, isAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }

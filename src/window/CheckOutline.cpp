@@ -86,8 +86,7 @@ void CheckOutline::mousePressEvent(QMouseEvent* event) {
 void CheckOutline::mouseReleaseEvent(QMouseEvent* event) {
   QTreeView::mouseReleaseEvent(event);
   const QModelIndex released = indexAt(event->position().toPoint());
-  const bool isBox = released.isValid() && released == pressed_ &&
-                     released.column() == 0;
+  const bool isBox = released.isValid() && released == pressed_ && released.column() == 0;
   pressed_ = QModelIndex();
   if (isBox) Q_EMIT toggleRequested(released);
 }
@@ -108,7 +107,7 @@ void CheckOutline::currentChanged(const QModelIndex& current, const QModelIndex&
 }
 
 void CheckOutline::drawBranches(QPainter* painter, const QRect& rect,
-                                    const QModelIndex& index) const {
+                                const QModelIndex& index) const {
   paintRowGround(painter, rect, selectionModel()->isSelected(index));
   if (index.parent().isValid()) return;
   painter->save();

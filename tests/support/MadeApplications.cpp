@@ -52,13 +52,15 @@ void makeFortyBundles(const std::string& root) {
   // 22 plain ones, at any depth.
   for (int i = 0; i < 22; ++i) {
     const std::string name = "Tool " + std::to_string(i);
-    const char* folder = i < 12 ? "Applications/" : i < 18 ? "Applications/Suite/Inner/"
-                                                           : "Users/anna/Applications/";
-    makeBundle(root, {folder + name + ".app", "com.example.tool" + std::to_string(i), "1." +
-                      std::to_string(i), name, "", 10'000 * static_cast<std::size_t>(i + 1)});
+    const char* folder = i < 12   ? "Applications/"
+                         : i < 18 ? "Applications/Suite/Inner/"
+                                  : "Users/anna/Applications/";
+    makeBundle(root,
+               {folder + name + ".app", "com.example.tool" + std::to_string(i),
+                "1." + std::to_string(i), name, "", 10'000 * static_cast<std::size_t>(i + 1)});
   }
-  makeBundle(root, {"Applications/Test App.app", "com.example.testapp", "3.1", "Test App", "",
-                    2'000'000});
+  makeBundle(
+      root, {"Applications/Test App.app", "com.example.testapp", "3.1", "Test App", "", 2'000'000});
   makeBundle(root, {"Applications/Notes.app", "com.example.notes", "1.0", "Notes", "", 500'000});
   makeBundle(root, {"Applications/Notes Pro.app", "com.example.notespro", "2.0", "Notes Pro", ""});
   makeBundle(root, {"Developer/Applications/Probe.app", "com.example.probe", "0.9", "Probe", ""});
@@ -79,9 +81,9 @@ void makeFortyBundles(const std::string& root) {
     makeBundle(root, {std::string("Library/Widgets/") + widget + ".wdgt",
                       std::string("com.example.widget.") + widget, "1", widget, ""});
   makeBundle(root, {"Users/anna/Library/Widgets/System.wdgt", "com.apple.widget", "1", "", ""});
-  for (const char* plugin :
-       {"Spotlight/Books.mdimporter", "QuickLook/Maps.qlgenerator", "Dictionaries/Nordic.dictionary",
-        "Screen Savers/Deep/Stars.plugin", "Input Methods/Runes.app"})
+  for (const char* plugin : {"Spotlight/Books.mdimporter", "QuickLook/Maps.qlgenerator",
+                             "Dictionaries/Nordic.dictionary", "Screen Savers/Deep/Stars.plugin",
+                             "Input Methods/Runes.app"})
     makeBundle(root, {std::string("Library/") + plugin, "com.example.plugin", "1", "", ""});
   makeFile(home + "/Library/Safari/Blocker.safariextz", 3'000);
   // What Test App left.

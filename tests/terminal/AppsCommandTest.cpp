@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-
 namespace brisko::test {
 namespace {
 
@@ -102,10 +101,10 @@ TEST_F(AppsCommandLine, EntryListedTwiceIsRemovedAndItsBytesCountOnce) {
 
 TEST_F(AppsCommandLine, WhatIsNoBundleIsOneLine) {
   root.link("Applications/Linked.app", root / "Applications/Notes.app");
-  for (const std::string& path : {root / "Users/anna/Downloads", root / "Applications/file.app",
-                                  root / "Applications/Missing.app", std::string("/"),
-                                  std::string(""), std::string("no.such.identifier"),
-                                  root / "Users/anna/Applications/Mail.app"}) {
+  for (const std::string& path :
+       {root / "Users/anna/Downloads", root / "Applications/file.app",
+        root / "Applications/Missing.app", std::string("/"), std::string(""),
+        std::string("no.such.identifier"), root / "Users/anna/Applications/Mail.app"}) {
     for (const char* command : {"related", "uninstall"}) {
       const Outcome outcome = brisko({command, "--yes", path});
       EXPECT_EQ(outcome.status, 2) << command << " " << path;

@@ -224,7 +224,8 @@ TEST_F(AppList, TrashButtonTakesItsRowAloneAndTheOthersStayTicked) {
 TEST_F(AppList, ManyComeInBatchesAndNotOneByOne) {
   for (int i = 0; i < 400; ++i) {
     const std::string name = "App " + std::to_string(i);
-    makeBundle(root.path(), {"Applications/" + name + ".app", "com.example." + name, "1", name, ""});
+    makeBundle(root.path(),
+               {"Applications/" + name + ".app", "com.example." + name, "1", name, ""});
   }
   struct Batches : UninstallModelListener {
     int added = 0;

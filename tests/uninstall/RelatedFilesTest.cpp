@@ -47,8 +47,8 @@ TEST_F(RelatedFiles, LocationsAreWalkedInOrderWithTheNameBeforeTheIdentifier) {
       library + "Application Support/Growl/Tickets/Test App.growlTicket"};
   EXPECT_EQ(related("Applications/Test App.app"), expected);
   EXPECT_EQ(related("Applications/Test App.app", SizeTime::later), expected);
-  const AppItems items = RelatedAppFilesScanner::relatedFilesToApplicationAtPath(
-      root / "Applications/Test App.app");
+  const AppItems items =
+      RelatedAppFilesScanner::relatedFilesToApplicationAtPath(root / "Applications/Test App.app");
   EXPECT_EQ(items[4]->size, "700.00 KB");
   EXPECT_EQ(items[4]->bytes, 700'000U);
 }
@@ -78,7 +78,8 @@ TEST_F(RelatedFiles, EntryThatFitsTwiceIsListedTwiceAndAnEmptyKeyFitsNothing) {
 }
 
 TEST_F(RelatedFiles, PrefixesGoByLettersOfAnyScriptAndWithoutBlanks) {
-  for (const char* name : {"Älpha One.plist", "älphaone2", "ALPHA", "FlashPlayerInstallManager.log"})
+  for (const char* name :
+       {"Älpha One.plist", "älphaone2", "ALPHA", "FlashPlayerInstallManager.log"})
     root.file("folder/" + std::string(name));
   AppItems items;
   AddPathIfExists(items, root / "folder", "ÄLPHA one");

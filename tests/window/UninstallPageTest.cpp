@@ -58,8 +58,9 @@ class UninstallPage : public WindowFixture {
     QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, table()->visualRect(index).center());
   }
   /// Once a modal window of this name is up, and `ready`, acts on it.
-  void onWindow(const char* name, std::function<void(QWidget*)> act,
-                std::function<bool()> ready = [] { return true; }) {
+  void onWindow(
+      const char* name, std::function<void(QWidget*)> act,
+      std::function<bool()> ready = [] { return true; }) {
     auto* poll = new QTimer(page(2));
     QObject::connect(poll, &QTimer::timeout, [=] {
       QWidget* panel = QApplication::activeModalWidget();
@@ -134,9 +135,9 @@ TEST_F(UninstallPage, NothingInstalledSaysSo) {
 TEST_F(UninstallPage, CancelledReviewChangesNothing) {
   makeFortyBundles(root.path());
   openPage();
-  onWindow("AMRelatedFilesWindowController", [](QWidget* panel) {
-    QTest::keyClick(panel, Qt::Key_Escape);
-  }, reviewIsComplete());
+  onWindow(
+      "AMRelatedFilesWindowController",
+      [](QWidget* panel) { QTest::keyClick(panel, Qt::Key_Escape); }, reviewIsComplete());
   clickCell(cell("Test App", UninstallColumn::uninstall));
   EXPECT_TRUE(uninstaller().isCanClick());
   QTest::qWait(550);
@@ -148,37 +149,44 @@ TEST_F(UninstallPage, TrashButtonReviewsRemovesAndTellsTheEnd) {
   makeFortyBundles(root.path());
   openPage();
   clickCell(cell("Notes", UninstallColumn::CheckBox));
-  onWindow("AMRelatedFilesWindowController", [](QWidget* panel) {
-    auto* outline = panel->findChild<RelatedFilesOutline*>("outlineView");
-    QAbstractItemModel* tree = outline->model();
-    QAbstractItemModelTester tester(tree);
-    const QModelIndex group = tree->index(0, 0);
-    EXPECT_TRUE(outline->isExpanded(group));
-    EXPECT_EQ(tree->rowCount(group), 7);
-    // The installer that was downloaded stays.
-    QModelIndex kept;
-    for (int row = 0; row < 7; ++row) {
-      const QModelIndex entry = tree->index(row, 1, group);
-      if (entry.data().toString() == "Test App Installer.dmg") kept = entry.siblingAtColumn(0);
-    }
-    outline->setCurrentIndex(kept);
-    QTest::keyClick(outline, Qt::Key_Space);
-    EXPECT_EQ(group.data(ImageNameRole).toString(), "halfsel");
-    auto* remove = panel->findChild<QPushButton*>("uninstallButton");
-    EXPECT_TRUE(remove->text().startsWith("Remove 6 Items ("));
-    QTest::mouseClick(remove, Qt::LeftButton);
-  }, reviewIsComplete());
+  onWindow(
+      "AMRelatedFilesWindowController",
+      [](QWidget* panel) {
+        auto* outline = panel->findChild<RelatedFilesOutline*>("outlineView");
+        QAbstractItemModel* tree = outline->model();
+        QAbstractItemModelTester tester(tree);
+        const QModelIndex group = tree->index(0, 0);
+        EXPECT_TRUE(outline->isExpanded(group));
+        EXPECT_EQ(tree->rowCount(group), 7);
+        // The installer that was downloaded stays.
+        QModelIndex kept;
+        for (int row = 0; row < 7; ++row) {
+          const QModelIndex entry = tree->index(row, 1, group);
+          if (entry.data().toString() == "Test App Installer.dmg") kept = entry.siblingAtColumn(0);
+        }
+        outline->setCurrentIndex(kept);
+        QTest::keyClick(outline, Qt::Key_Space);
+        EXPECT_EQ(group.data(ImageNameRole).toString(), "halfsel");
+        auto* remove = panel->findChild<QPushButton*>("uninstallButton");
+        EXPECT_TRUE(remove->text().startsWith("Remove 6 Items ("));
+        QTest::mouseClick(remove, Qt::LeftButton);
+      },
+      reviewIsComplete());
   bool wasBusy = false;
-  onWindow("UninstallProgressWindowController", [&](QWidget* panel) {
-    wasBusy = true;
-    EXPECT_TRUE(panel->findChild<QLabel*>("messageLabel")->text().endsWith("MB MB disk space."));
-    EXPECT_FALSE(panel->findChild<QWidget*>("failuresButton")->isVisible());
-    EXPECT_EQ(panel->findChild<UnInstallProgressView*>()->value(), 100);
-    QTest::mouseClick(panel->findChild<QWidget*>("okButton"), Qt::LeftButton);
-  }, [] {
-    QWidget* panel = QApplication::activeModalWidget();
-    return panel->findChild<QWidget*>("endView")->isVisible();
-  });
+  onWindow(
+      "UninstallProgressWindowController",
+      [&](QWidget* panel) {
+        wasBusy = true;
+        EXPECT_TRUE(
+            panel->findChild<QLabel*>("messageLabel")->text().endsWith("MB MB disk space."));
+        EXPECT_FALSE(panel->findChild<QWidget*>("failuresButton")->isVisible());
+        EXPECT_EQ(panel->findChild<UnInstallProgressView*>()->value(), 100);
+        QTest::mouseClick(panel->findChild<QWidget*>("okButton"), Qt::LeftButton);
+      },
+      [] {
+        QWidget* panel = QApplication::activeModalWidget();
+        return panel->findChild<QWidget*>("endView")->isVisible();
+      });
   clickCell(cell("Test App", UninstallColumn::uninstall));
   EXPECT_FALSE(uninstaller().isCanClick()) << "from the confirmation on";
   ASSERT_TRUE(waitUntil([&] { return wasBusy && uninstaller().isCanClick(); }));

@@ -58,10 +58,11 @@ void makeDemoApplications(const std::string& root) {
     makeBundle(root, {std::string("Applications/") + demo.name + ".app", demo.identifier,
                       demo.version, demo.name, "", demo.bytes});
   }
-  makeBundle(root, {"Library/Widgets/Clock.wdgt", "com.example.clock", "1.1", "Clock", "", 900'000});
+  makeBundle(root,
+             {"Library/Widgets/Clock.wdgt", "com.example.clock", "1.1", "Clock", "", 900'000});
   for (const char* plugin : {"QuickLook/Maps.qlgenerator", "Dictionaries/Nordic.dictionary"})
-    makeBundle(root, {std::string("Library/") + plugin, "com.example.plugin", "1.0", "", "",
-                      3'400'000});
+    makeBundle(root,
+               {std::string("Library/") + plugin, "com.example.plugin", "1.0", "", "", 3'400'000});
   const std::string home = root + "/Users/anna/";
   makeFile(home + "Library/Preferences/com.example.aurora.plist", 18'400);
   makeFile(home + "Library/Caches/com.example.aurora/index", 322'800'000);
