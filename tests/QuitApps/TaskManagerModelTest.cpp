@@ -98,7 +98,7 @@ TEST_F(TaskManager, ListsEachApplicationOnceAndNeverItself) {
   const TaskManagerInfo& row = model_.allApplications()[0];
   EXPECT_EQ(TaskManagerModel::cellText(row, "Name"), "Mail");
   EXPECT_EQ(TaskManagerModel::cellText(row, "cpu"), "3.5%");
-  EXPECT_EQ(TaskManagerModel::cellText(row, "memroy"), "2.05MB");
+  EXPECT_EQ(TaskManagerModel::cellText(row, "memroy"), "2.05 MB");
   EXPECT_EQ(TaskManagerModel::cellText(row, "time"), "01:00");
   EXPECT_EQ(TaskManagerModel::cellText(row, "other"), "");
   makeTool("ps", "exit 1\n");

@@ -26,6 +26,7 @@ class StartupItemsPage : public WindowFixture {
   StartupItemsModel& model() {
     return static_cast<StartupItemsViewController&>(*delegate->pages()[7]).model();
   }
+  QStackedWidget* views() { return page(7)->findChild<QStackedWidget*>("listViews"); }
   LoginItemsTable* table() { return find<LoginItemsTable>("listTableView"); }
   void clickCell(int row, int column) {
     const QRect cell = table()->visualRect(table()->model()->index(row, column));
@@ -84,11 +85,11 @@ TEST_F(StartupItemsPage, AsksBeforeAnotherEntryThanTheShownOneIsChanged) {
 TEST_F(StartupItemsPage, SaysThatNothingOpensAndFollowsChangesByOthers) {
   launch();
   showPage();
-  EXPECT_EQ(find<QStackedWidget>("listViews")->currentWidget()->objectName(), "emptyPage");
+  EXPECT_EQ(views()->currentWidget()->objectName(), "emptyPage");
   store->add("/late", "/late");
   store->observer();
   EXPECT_TRUE(waitUntil([&] { return table()->model()->rowCount() == 1; }));
-  EXPECT_EQ(find<QStackedWidget>("listViews")->currentWidget()->objectName(), "tablePage");
+  EXPECT_EQ(views()->currentWidget()->objectName(), "tablePage");
 }
 
 TEST_F(StartupItemsPage, TheProgramIntroducesItselfOncePerUser) {

@@ -170,7 +170,9 @@ std::string applicationIdOfUnit(std::string_view unit) {
 std::vector<LaunchedApplication> linuxLaunchedApplications(
     const std::string& proc, const std::vector<DesktopEntry>& entries) {
   const EntryIndex index(entries);
-  std::map<std::string, std::pair<std::uint64_t, LaunchedApplication>> byId;
+  // The first one of an application: by its beginning, then by its number.
+  using Beginning = std::pair<std::uint64_t, int>;
+  std::map<std::string, std::pair<Beginning, LaunchedApplication>> byId;
   std::error_code error;
   for (const auto& folder : fs::directory_iterator(proc, error)) {
     const int number = processNumber(folder.path().filename());
@@ -181,7 +183,7 @@ std::vector<LaunchedApplication> linuxLaunchedApplications(
     LaunchedApplication application = applicationOf(folder.path(), index);
     if (application.bundleIdentifier.empty()) continue;
     application.processIdentifier = number;
-    const std::uint64_t began = linuxProcessBeginning(folder.path());
+    const Beginning began{linuxProcessBeginning(folder.path()), number};
     const auto place = byId.try_emplace(application.bundleIdentifier, began, application);
     if (!place.second && began < place.first->second.first) {
       place.first->second = {began, std::move(application)};
