@@ -23,6 +23,9 @@ LagFileViewController::LagFileViewController()
   ui_->startView->show(moduleTable()[4].selectedIcon, getLocalizedString(moduleTable()[4].label),
                        getLocalizedString("Drop a folder here, or add one, to see what fills it."));
   ui_->mainButton->setFixedSize(kMainButtonSide, kMainButtonSide);
+  // Both sides share the room that is left.
+  for (QWidget* side : {ui_->statusArea, ui_->balance})
+    side->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   ui_->pauseButton->setIconSize(QSize(18, 18));
   connect(ui_->mainButton, &QAbstractButton::clicked, this, &LagFileViewController::buttonAction);
   connect(ui_->pauseButton, &QAbstractButton::clicked, this, [this] {

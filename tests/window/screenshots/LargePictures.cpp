@@ -35,7 +35,7 @@ struct DemoFile {
 
 constexpr std::array<DemoFile, 30> kFiles = {{
     {"Virtual machines/debian.qcow2", 3'900'000, 40},
-    {"Virtual machines/old test.qcow2", 1'450'000, 900},
+    {"Virtual machines/old test.qcow2", 1'450'000, 700},
     {"Films/Crossing the lake.mp4", 1'820'000, 20},
     {"Films/Ridge walk.mov", 940'000, 400},
     {"Films/Drafts/cut 1.mp4", 410'000, 410},
@@ -51,7 +51,7 @@ constexpr std::array<DemoFile, 30> kFiles = {{
     {"Pictures/2024/DSC_1202.tif", 150'000, 300},
     {"Pictures/2024/DSC_1220.tif", 128'000, 299},
     {"Pictures/2024/panorama.png", 96'000, 298},
-    {"Backups/laptop 2022.tar.gz", 1'240'000, 1200},
+    {"Backups/laptop 2022.tar.gz", 940'000, 1200},
     {"Backups/laptop 2023.tar.gz", 870'000, 820},
     {"Backups/photos.zip", 530'000, 500},
     {"Documents/Thesis/thesis.pdf", 84'000, 30},
