@@ -15,8 +15,8 @@ shred_rows() {
   before=(make_victim "$file" "$size")
   ours brisko "$(dirname "$bin")/libexec/brisko/srm" -fsz "$file"
   peer shred shred -n1 -z -u "$file"
-  # Of the same two passes the first is 0xff here; "-f" does without synchronous writes.
-  peer "srm (secure-delete)" /usr/bin/srm -lz "$file"
+  # secure-delete's own: of its two passes the first is 0xff, not random. Without "-f" it waits for the
+  # disk after each 32 KiB, which takes minutes.
   peer "srm -f" /usr/bin/srm -flz "$file"
   measure
   before=()
