@@ -24,18 +24,26 @@
 #include <unistd.h>
 
 namespace brisko {
+namespace {
+
+// The library takes "-1" for the largest number there is.
+std::string notNegative(const std::string& number) {
+  return number.starts_with('-') ? number + " is below 0" : "";
+}
+
+}  // namespace
 
 void LargeCommand::declare(CLI::App& app) {
   app_ = &app;
   app.add_option("DIR", folder_, "The folder to look through")->required();
   app.add_option("--depth", depth_, "How many levels to list; 0 for all (1, with a filter 0)")
-      ->check(CLI::NonNegativeNumber)
+      ->check(notNegative)
       ->type_name("N");
   app.add_option("--top", top_, "Of each folder only the N largest entries; 0 for all (0)")
-      ->check(CLI::NonNegativeNumber)
+      ->check(notNegative)
       ->type_name("N");
   app.add_option("--older-than", olderThan_, "Only files that were not changed for so many days")
-      ->check(CLI::NonNegativeNumber)
+      ->check(notNegative)
       ->type_name("DAYS");
   app.add_option("--min-size", minSize_, "Only files of at least this many bytes; 10MB, 2GiB …")
       ->transform(CLI::AsSizeValue(true))

@@ -2,6 +2,7 @@
 
 #include "FakeSmartDevice.h"
 #include "Host.h"
+#include "Machine.h"
 #include "UnlinkGuard.h"
 
 #include <filesystem>
@@ -45,6 +46,8 @@ DemoDisks::DemoDisks(const std::string& root)
       disks_(folderBeside(root)),
       tools_("BRISKO_TOOLS", disks_.tools().c_str()),
       runtime_("XDG_RUNTIME_DIR", disks_.runtime().c_str()) {
+  // The other tools are the program's own.
+  fs::create_symlink(buildTree() + "/libexec/brisko/srm", disks_.tools() + "/srm");
   disks_.setDetails("nvme0n1p2", volume("System", 480'000'000'000, 181'400'000'000, "ext4", "/"));
   disks_.setDetails("nvme0n1p3",
                     volume("Archive", 32'000'000'000, 21'000'000'000, "ext4", "/srv/archive"));
@@ -80,9 +83,9 @@ DemoDisks::DemoDisks(const std::string& root)
   Host::current().smartDevice = std::move(registry);
 }
 
-void DemoDisks::mount() const {
+void mountDemoDisks(const std::string& root) {
   for (const char* name : {"System", "Photos", "HOLIDAY"})
-    fs::create_directories(root_ + "/Volumes/" + name);
+    fs::create_directories(root + "/Volumes/" + name);
 }
 
 }  // namespace brisko::test

@@ -16,8 +16,6 @@ class DemoDisks {
   ~DemoDisks();
   DemoDisks(const DemoDisks&) = delete;
   DemoDisks& operator=(const DemoDisks&) = delete;
-  /// Makes the places in which the volumes are mounted, which a cleared root has lost.
-  void mount() const;
 
  private:
   std::string root_;
@@ -25,5 +23,8 @@ class DemoDisks {
   Environment tools_;
   Environment runtime_;
 };
+
+/// Makes the places in which the volumes are mounted, which a cleared root has lost.
+void mountDemoDisks(const std::string& root);
 
 }  // namespace brisko::test

@@ -24,8 +24,7 @@ void waitForDisks(DiskViewController& disks) {
 }  // namespace
 
 void takeDiskPictures(AppDelegate& delegate, DemoRoot& root) {
-  const DemoDisks demo(root.path());
-  demo.mount();
+  mountDemoDisks(root.path());
   auto& disks = static_cast<DiskViewController&>(*delegate.pages()[5]);
   QWidget* page = disks.getView();
   delegate.goToPage(5);

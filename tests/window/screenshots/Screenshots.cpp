@@ -3,6 +3,7 @@
 #include "AppDelegate.h"
 #include "BriskoStyle.h"
 #include "DemoApplications.h"
+#include "DemoDisks.h"
 #include "DemoFigures.h"
 #include "DemoRoot.h"
 #include "FakeWorkspace.h"
@@ -75,6 +76,7 @@ int main(int argc, char** argv) {
   Host::current().workspace = std::move(workspace);
   Host::current().installedApplications = std::make_unique<test::DemoInstalledApplications>();
   test::installDemoFigures(Host::current());
+  const test::DemoDisks disks(root.path());
   // Dates are in the pictures.
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
   MyNSApplication application(argc, argv);
