@@ -17,7 +17,8 @@ foreach(layer platform engine terminal window)
   target_link_libraries(brisko_${layer} PUBLIC brisko_options)
 endforeach()
 target_link_libraries(brisko_platform PUBLIC fmt::fmt Threads::Threads
-                      PRIVATE spdlog::spdlog PkgConfig::PLIST PkgConfig::MOUNT PkgConfig::UDEV)
+                      PRIVATE spdlog::spdlog PkgConfig::PLIST PkgConfig::MOUNT PkgConfig::UDEV
+                      PkgConfig::SYSTEMD)
 target_link_libraries(brisko_engine PUBLIC brisko_platform PRIVATE PkgConfig::CURL)
 target_link_libraries(brisko_terminal PUBLIC brisko_engine
                       PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)

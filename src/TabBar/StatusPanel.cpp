@@ -1,5 +1,6 @@
 #include "StatusPanel.h"
 
+#include "HightActionViewController.h"
 #include "ImageView.h"
 #include "LocalizedString.h"
 #include "MessagePanel.h"
@@ -27,7 +28,7 @@ StatusPanel::StatusPanel()
     : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint),
       feed_(new StatusFeed(this)),
       volumes_(new VolumeList),
-      switchesPlace_(new QVBoxLayout) {
+      switches_(new HightActionViewController) {
   setObjectName(QStringLiteral("statusPanel"));
   setAccessibleName(QStringLiteral("Brisko"));
   if (WindowChrome::hasTranslucency()) setAttribute(Qt::WA_TranslucentBackground);
@@ -38,8 +39,7 @@ StatusPanel::StatusPanel()
   addHead(column);
   addMeters(column);
   column->addWidget(volumes_);
-  switchesPlace_->setContentsMargins(0, 0, 0, 0);
-  column->addLayout(switchesPlace_);
+  column->addWidget(switches_);
   auto* open = new QPushButton(getLocalizedString("Open Brisko"));
   open->setObjectName(QStringLiteral("openMainWindowButton"));
   setButtonKind(open, "primary");

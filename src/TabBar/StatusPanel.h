@@ -7,12 +7,13 @@ class QVBoxLayout;
 
 namespace brisko {
 
+class HightActionViewController;
 class PanelMeter;
 class StatusFeed;
 class VolumeList;
 
-/// The small window that the menu-bar item opens: the machine's figures, live while it is open, and
-/// the way to the main window.
+/// The small window that the menu-bar item opens: the machine's figures, live while it is open, the
+/// quick switches, and the way to the main window.
 class StatusPanel : public QWidget {
   Q_OBJECT
 
@@ -22,8 +23,7 @@ class StatusPanel : public QWidget {
   /// Shows it beside `anchor`, a rectangle on the screen, wholly on that screen.
   void popUp(const QRect& anchor);
 
-  /// Where the switches go, between the volumes and the button. Takes no room while it is empty.
-  QVBoxLayout* switchesPlace() const { return switchesPlace_; }
+  HightActionViewController& switches() const { return *switches_; }
   StatusFeed& feed() const { return *feed_; }
 
  Q_SIGNALS:
@@ -44,7 +44,7 @@ class StatusPanel : public QWidget {
   PanelMeter* received_ = nullptr;
   PanelMeter* sent_ = nullptr;
   VolumeList* volumes_;
-  QVBoxLayout* switchesPlace_;
+  HightActionViewController* switches_;
 };
 
 }  // namespace brisko

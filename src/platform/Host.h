@@ -10,6 +10,7 @@
 #include "HostStatistics.h"
 #include "InstalledApplications.h"
 #include "LoginItems.h"
+#include "PowerAssertion.h"
 #include "Preferences.h"
 #include "SmartDevice.h"
 #include "SystemVersion.h"
@@ -37,6 +38,7 @@ struct Host {
   std::unique_ptr<SmartDevice> smartDevice;
   std::unique_ptr<HostStatistics> statistics;
   std::unique_ptr<HostActivity> activity;
+  std::unique_ptr<PowerAssertion> powerAssertion;
 
   /// The host in use. The first call makes the running system's own when none was installed.
   static Host& current();

@@ -14,6 +14,7 @@
 #include "ShredCommand.h"
 #include "SmartCommand.h"
 #include "StatusCommand.h"
+#include "SwitchCommand.h"
 #include "UninstallCommand.h"
 
 namespace brisko {
@@ -41,6 +42,7 @@ constexpr Maker kMakers[] = {
     make<CloseCommand>,
     make<LoginItemsCommand>,
     make<ShredCommand>,
+    make<SwitchCommand>,
     make<CheckUpdateCommand>,
 };
 

@@ -3,9 +3,10 @@
 #include "LinuxCatalog.h"
 #include "LinuxHostActivity.h"
 #include "LinuxHostFolders.h"
+#include "LinuxHostStatistics.h"
 #include "LinuxInstalledApplications.h"
 #include "LinuxLoginItems.h"
-#include "LinuxHostStatistics.h"
+#include "LinuxPowerAssertion.h"
 #include "LinuxPreferences.h"
 #include "LinuxSmartDevice.h"
 #include "LinuxSystemVersion.h"
@@ -28,6 +29,7 @@ std::unique_ptr<Host> makeHost(const HostOptions& options) {
   // Figures are those of the machine that runs, whatever stands for "/".
   host->statistics = std::make_unique<LinuxHostStatistics>();
   host->activity = std::make_unique<LinuxHostActivity>();
+  host->powerAssertion = std::make_unique<LinuxPowerAssertion>();
   host->workspace = std::make_unique<LinuxWorkspace>();
   host->smartDevice = std::make_unique<LinuxSmartDevice>();
   return host;

@@ -1,7 +1,9 @@
 #include "AppDelegate.h"
 #include "DemoFigures.h"
 #include "MainWindow.h"
+#include "HightActionViewController.h"
 #include "Pictures.h"
+#include "RecordedTools.h"
 #include "StatusFeed.h"
 #include "StatusPanel.h"
 #include "SystemStartViewController.h"
@@ -34,9 +36,15 @@ void takeStatusPictures(AppDelegate& delegate, DemoRoot&) {
   scrollArea->verticalScrollBar()->setValue(0);
   fillHistory(status.feed(), 128);
   saveNow(delegate.window(), "system-status-128-cores");
+  RecordedTools tools;
+  tools.answer("AppleShowAllFiles", "TRUE");
+  tools.answer("autohide", "0");
+  tools.answer("CreateDesktop", "TRUE");
   StatusPanel panel;
   panel.popUp(QRect(1000, 0, 20, 20));
   fillHistory(panel.feed());
+  while (!panel.switches().model().isIdle())
+    settle(20);
   saveNow(&panel, "menu-bar-panel");
 }
 
