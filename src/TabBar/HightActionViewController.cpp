@@ -11,10 +11,9 @@ namespace brisko {
 
 HightActionViewController::HightActionViewController(QWidget* parent) : QWidget(parent) {
   using Self = HightActionViewController;
-  constexpr void (Self::*kButtons[])() = {&Self::but_1Actton, &Self::but_2Actton,
-                                          &Self::but_3Actton, &Self::but_4Actton,
-                                          &Self::but_5Actton, &Self::but_6Actton,
-                                          &Self::but_7Action, &Self::but_8Action};
+  constexpr void (Self::*kButtons[])() = {
+      &Self::but_1Actton, &Self::but_2Actton, &Self::but_3Actton, &Self::but_4Actton,
+      &Self::but_5Actton, &Self::but_6Actton, &Self::but_7Action, &Self::but_8Action};
   constexpr int kColumns = 2;
   setObjectName(QStringLiteral("switches"));
   auto* grid = new QGridLayout(this);

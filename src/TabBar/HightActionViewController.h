@@ -8,8 +8,8 @@ namespace brisko {
 
 class SwitchTile;
 
-/// The grid of the eight quick switches. It reads their states whenever it comes into sight, and the
-/// appearance's whenever that changes.
+/// The grid of the eight quick switches. It reads their states whenever it comes into sight, and
+/// the appearance's whenever that changes.
 class HightActionViewController : public QWidget {
   Q_OBJECT
 

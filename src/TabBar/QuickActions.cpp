@@ -18,10 +18,10 @@ namespace {
 constexpr const char* kOpenNight = "openNight";
 constexpr const char* kFinder = "com.apple.finder";
 
-// Desktop icons and hidden files: "TRUE" or "FALSE" in a key, which the file browser reads at start.
+// Desktop icons and hidden files: "TRUE" or "FALSE" in a key that is read when the browser starts.
 SwitchState writeFinder(const char* key, bool value, bool isOn) {
-  const std::string command = fmt::format("defaults write {} {} {};killall Finder", kFinder, key,
-                                          value ? "TRUE" : "FALSE");
+  const std::string command =
+      fmt::format("defaults write {} {} {};killall Finder", kFinder, key, value ? "TRUE" : "FALSE");
   return QuickCommands::meant(isOn, QuickCommands::bash(command).reason("defaults"));
 }
 
@@ -62,11 +62,11 @@ bool isSameText(std::string_view left, std::string_view right) {
 
 const std::array<QuickAction, QuickActions::kCount>& QuickActions::all() {
   static constexpr std::array<QuickAction, kCount> actions = {{
-      {1, "hide-icons", "Hide Icons", "Hides the icons on the desktop",
-       "ic_desktop", "ic_hide_desktop", true},
+      {1, "hide-icons", "Hide Icons", "Hides the icons on the desktop", "ic_desktop",
+       "ic_hide_desktop", true},
       {2, "dark-mode", "Dark Mode", "Makes windows and menus dark", "ic_light", "ic_dark", true},
-      {3, "hidden-files", "Hidden Files", "Shows hidden files in the file browser",
-       "ic_hide", "ic_unhide", true},
+      {3, "hidden-files", "Hidden Files", "Shows hidden files in the file browser", "ic_hide",
+       "ic_unhide", true},
       {4, "screen-saver", "Screen Saver", "Starts the screen saver now", "ic_screensaver",
        "ic_screensaver", false},
       {5, "keep-awake", "Keep Awake", "Keeps the machine awake while Brisko runs", "ic_awake",
@@ -92,37 +92,58 @@ const QuickAction* QuickActions::find(std::string_view name) {
 
 SwitchState QuickActions::read(int index) {
   switch (index) {
-    case kDesktopIcons: return getShowDesktopIcon();
-    case kDarkMode: return getDarkMode();
-    case kHiddenFiles: return getShowAllFiles();
-    case kKeepAwake: return {isSleepPrevented(), ""};
-    case kDoNotDisturb: return getDoNotDisturb();
-    case kNightLight: return getIsOpenNight();
-    case kDockHiding: return getDockHide();
-    default: return {};
+    case kDesktopIcons:
+      return getShowDesktopIcon();
+    case kDarkMode:
+      return getDarkMode();
+    case kHiddenFiles:
+      return getShowAllFiles();
+    case kKeepAwake:
+      return {isSleepPrevented(), ""};
+    case kDoNotDisturb:
+      return getDoNotDisturb();
+    case kNightLight:
+      return getIsOpenNight();
+    case kDockHiding:
+      return getDockHide();
+    default:
+      return {};
   }
 }
 
 SwitchState QuickActions::toggle(int index, bool isOn) {
   switch (index) {
-    case kDarkMode: return updateDarkMode();
-    case kDoNotDisturb: return setDoNotDisturb();
-    case kNightLight: return setNightLight();
-    default: return turn(index, !isOn);
+    case kDarkMode:
+      return updateDarkMode();
+    case kDoNotDisturb:
+      return setDoNotDisturb();
+    case kNightLight:
+      return setNightLight();
+    default:
+      return turn(index, !isOn);
   }
 }
 
 SwitchState QuickActions::turn(int index, bool isOn) {
   switch (index) {
-    case kDesktopIcons: return hiddenDesktopIcon(isOn);
-    case kDarkMode: return turnDarkMode(isOn);
-    case kHiddenFiles: return hiddenHiddenFiles(isOn);
-    case kScreenSaver: return openScreen();
-    case kKeepAwake: return enablePowerSave(isOn);
-    case kDoNotDisturb: return isOn ? turnDoNotDisturbOn() : turnDoNotDisturbOff();
-    case kNightLight: return turnNightLight(isOn);
-    case kDockHiding: return setDockHide(isOn);
-    default: return {};
+    case kDesktopIcons:
+      return hiddenDesktopIcon(isOn);
+    case kDarkMode:
+      return turnDarkMode(isOn);
+    case kHiddenFiles:
+      return hiddenHiddenFiles(isOn);
+    case kScreenSaver:
+      return openScreen();
+    case kKeepAwake:
+      return enablePowerSave(isOn);
+    case kDoNotDisturb:
+      return isOn ? turnDoNotDisturbOn() : turnDoNotDisturbOff();
+    case kNightLight:
+      return turnNightLight(isOn);
+    case kDockHiding:
+      return setDockHide(isOn);
+    default:
+      return {};
   }
 }
 
@@ -191,8 +212,9 @@ SwitchState QuickActions::setDockHide(bool isHidden) {
 
 void QuickActions::setComputerSleep() {
   PowerAssertion& power = *Host::current().powerAssertion;
-  power.release(power.create(PowerAssertion::kNoDisplaySleep, PowerAssertion::kLevelOn,
-                             "Describe Activity Type")
+  power.release(power
+                    .create(PowerAssertion::kNoDisplaySleep, PowerAssertion::kLevelOn,
+                            "Describe Activity Type")
                     .identifier);
 }
 

@@ -58,8 +58,8 @@ void QuickActionsModel::add(Job job) {
     place = std::find_if(jobs_.begin() + 1, jobs_.end(),
                          [&](const Job& each) { return !each.isChange; });
     // The state that the press is about has to be known.
-    const auto reading = std::find_if(place, jobs_.end(),
-                                      [&](const Job& each) { return each.index == job.index; });
+    const auto reading =
+        std::find_if(place, jobs_.end(), [&](const Job& each) { return each.index == job.index; });
     if (reading != jobs_.end()) place = reading + 1;
   }
   jobs_.insert(place, job);

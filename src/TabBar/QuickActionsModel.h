@@ -10,8 +10,8 @@
 
 namespace brisko {
 
-/// The switches as they are shown. Main thread only; what the switches run is run in the background,
-/// one after the other in the order it was asked for.
+/// The switches as they are shown. Main thread only; what the switches run is run in the
+/// background, one after the other in the order it was asked for.
 class QuickActionsModel {
  public:
   struct Row {

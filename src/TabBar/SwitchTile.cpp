@@ -50,13 +50,13 @@ void SwitchTile::paintEvent(QPaintEvent*) {
   painter.setBrush(themeColor(ground));
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 10, 10);
 
-  const QColor strong = themeColor(isOn ? Token::onAccent
-                                        : (isWorking_ ? Token::text : Token::textDimmed));
-  const QColor weak = themeColor(isOn ? Token::onAccent
-                                      : (isWorking_ ? Token::textSecondary : Token::textDimmed));
-  ImageLookup::paint(
-      &painter, imageName_,
-      QRectF(Space::medium, (height() - kImageSide) / 2.0, kImageSide, kImageSide), weak);
+  const QColor strong =
+      themeColor(isOn ? Token::onAccent : (isWorking_ ? Token::text : Token::textDimmed));
+  const QColor weak =
+      themeColor(isOn ? Token::onAccent : (isWorking_ ? Token::textSecondary : Token::textDimmed));
+  ImageLookup::paint(&painter, imageName_,
+                     QRectF(Space::medium, (height() - kImageSide) / 2.0, kImageSide, kImageSide),
+                     weak);
 
   const bool hasLabel = !label_.isEmpty();
   QRect line(kTextLeft, hasLabel ? 7 : (height() - 18) / 2, width() - kTextLeft - Space::small, 18);

@@ -115,7 +115,8 @@ int SwitchCommand::change(const QuickAction& action, const GlobalOptions& global
 
 int SwitchCommand::execute(const GlobalOptions& global) {
   const QuickAction* chosen = checkedAction();
-  if (chosen != nullptr && (words_.size() == 2 || !chosen->hasState)) return change(*chosen, global);
+  if (chosen != nullptr && (words_.size() == 2 || !chosen->hasState))
+    return change(*chosen, global);
   std::vector<Shown> all;
   for (const QuickAction& action : QuickActions::all()) {
     if (Interruption::happened()) return kInterrupted;

@@ -14,9 +14,7 @@ struct SwitchState;
 class SwitchCommand : public Command {
  public:
   const char* name() const override { return "switch"; }
-  const char* summary() const override {
-    return "Show the quick switches; turn one on or off";
-  }
+  const char* summary() const override { return "Show the quick switches; turn one on or off"; }
   void declare(CLI::App& app) override;
   int execute(const GlobalOptions& global) override;
 

@@ -1,8 +1,7 @@
-#include "QuickActions.h"
-
 #include "Dispatch.h"
 #include "FakePowerAssertion.h"
 #include "PreventSleep.h"
+#include "QuickActions.h"
 #include "QuickActionsModel.h"
 #include "RecordedTools.h"
 #include "Resources.h"
@@ -94,12 +93,11 @@ TEST_F(Quick, DoNotDisturbIsWrittenWithItsDate) {
   setVersion(10, 13);
   EXPECT_TRUE(QuickActions::turnDoNotDisturbOn().isOn);
   const std::string write = "defaults -currentHost write " + noticesFile() + " doNotDisturb";
-  EXPECT_THAT(
-      tools.calls(),
-      ElementsAre(write + " -boolean true",
-                  AllOf(HasSubstr(write + "Date -date "),
-                        MatchesRegex(".* [0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8} \\+000")),
-                  "killall NotificationCenter", HasSubstr("dndprefs_changed")));
+  EXPECT_THAT(tools.calls(),
+              ElementsAre(write + " -boolean true",
+                          AllOf(HasSubstr(write + "Date -date "),
+                                MatchesRegex(".* [0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8} \\+000")),
+                          "killall NotificationCenter", HasSubstr("dndprefs_changed")));
   EXPECT_FALSE(QuickActions::turnDoNotDisturbOff().isOn);
   EXPECT_THAT(tools.calls(), ElementsAre(write + " -boolean false", "killall NotificationCenter",
                                          HasSubstr("dndprefs_changed")));
@@ -115,9 +113,9 @@ TEST_F(Quick, DoNotDisturbIsReadFromTheFileOrTheCommandByVersion) {
   tools.calls();
   EXPECT_FALSE(QuickActions::getDoNotDisturb().isOn) << "no file";
   EXPECT_EQ(QuickActions::getDoNotDisturbPath(), "");
-  for (const Case& each : {Case{13, "0", true, true}, Case{13, "1", false, false},
-                           Case{14, "1", false, false}, Case{15, "1", false, true},
-                           Case{15, "0", true, false}, Case{16, "", true, false}}) {
+  for (const Case& each :
+       {Case{13, "0", true, true}, Case{13, "1", false, false}, Case{14, "1", false, false},
+        Case{15, "1", false, true}, Case{15, "0", true, false}, Case{16, "", true, false}}) {
     setVersion(10, each.minor);
     writeNotices(each.isInFile);
     tools.script("defaults", std::string("echo '  ") + each.output + " '");
@@ -216,8 +214,7 @@ TEST_F(Quick, OldSystemsAreKeptAwakeByATimer) {
   while (reports() == 0)
     std::this_thread::yield();
   QuickActions::enablePowerSave(false);
-  EXPECT_THAT(testing::internal::GetCapturedStdout(),
-              MatchesRegex("[0-9]{2}:[0-9]{2}:[0-9]{2} "));
+  EXPECT_THAT(testing::internal::GetCapturedStdout(), MatchesRegex("[0-9]{2}:[0-9]{2}:[0-9]{2} "));
   EXPECT_FALSE(isSleepPrevented());
   EXPECT_THAT(power->names, IsEmpty());
 }

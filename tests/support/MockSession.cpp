@@ -1,7 +1,5 @@
 #include "MockSession.h"
 
-#include <systemd/sd-bus.h>
-
 #include <gtest/gtest.h>
 
 #include <array>
@@ -13,6 +11,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <systemd/sd-bus.h>
 #include <unistd.h>
 
 namespace brisko::test {
@@ -24,7 +23,8 @@ constexpr const char* kNames[] = {"org.freedesktop.login1", "org.freedesktop.Scr
 std::string configuration(const std::string& folder) {
   return "<busconfig><listen>unix:path=" + folder +
          "/bus</listen><auth>EXTERNAL</auth><policy context=\"default\">"
-         "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow own=\"*\"/><allow user=\"*\"/>"
+         "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
+         "<allow own=\"*\"/><allow user=\"*\"/>"
          "</policy></busconfig>";
 }
 
@@ -35,7 +35,7 @@ pid_t startDaemon(const std::string& configurationFile) {
   std::array<char*, 4> arguments = {program, option.data(), stay, nullptr};
   pid_t child = -1;
   return ::posix_spawn(&child, kDaemon, nullptr, nullptr, arguments.data(), environ) == 0 ? child
-                                                                                           : -1;
+                                                                                          : -1;
 }
 
 }  // namespace

@@ -15,9 +15,9 @@ struct sd_bus_message;
 
 namespace brisko::test {
 
-/// A message bus of the test's own, with a login manager and a screen saver on it that give out real
-/// locks: the login manager's is a pipe that closes when nobody holds it any more, the screen saver's
-/// goes with the caller's connection.
+/// A message bus of the test's own, with a login manager and a screen saver on it that give out
+/// real locks: the login manager's is a pipe that closes when nobody holds it any more, the screen
+/// saver's goes with the caller's connection.
 class MockSession {
  public:
   /// Whether this machine has what it takes.
@@ -53,8 +53,8 @@ class MockSession {
   std::thread thread_;
   std::mutex mutex_;
   bool isOver_ = false;
-  std::vector<int> pipes_;                       ///< reading ends
-  std::map<unsigned, std::string> savers_;       ///< cookie to caller
+  std::vector<int> pipes_;                  ///< reading ends
+  std::map<unsigned, std::string> savers_;  ///< cookie to caller
   std::vector<std::string> calls_;
 };
 

@@ -13,13 +13,12 @@
 
 namespace brisko::test {
 
-/// Programs in place of the private tools, which write down how they were called: each call a line of
-/// the name and the arguments, line breaks as blanks.
+/// Programs in place of the private tools, which write down how they were called: each call a line
+/// of the name and the arguments, line breaks as blanks.
 class RecordedTools {
  public:
   RecordedTools() : tools_("BRISKO_TOOLS", folder_.path().c_str()) {
-    for (const char* name :
-         {"defaults", "osascript", "open", "nshift", "killall", "dbus-send"})
+    for (const char* name : {"defaults", "osascript", "open", "nshift", "killall", "dbus-send"})
       script(name, "");
   }
 

@@ -28,10 +28,10 @@ class DesktopTools : public testing::Test {
   DesktopTools() {
     // A setting is a file; one that is not there has no schema.
     const std::string program = bin.file(
-        "gsettings",
-        "#!/bin/sh\nf=\"" + settings.path() +
-            "/$2.$3\"\n[ -f \"$f\" ] || { echo 'No such schema' >&2; exit 1; }\n"
-            "case $1 in get) cat \"$f\";; set) [ -w \"$f.locked\" ] || echo \"$4\" > \"$f\";; esac\n");
+        "gsettings", "#!/bin/sh\nf=\"" + settings.path() +
+                         "/$2.$3\"\n[ -f \"$f\" ] || { echo 'No such schema' >&2; exit 1; }\n"
+                         "case $1 in get) cat \"$f\";; set) [ -w \"$f.locked\" ] || echo \"$4\" > "
+                         "\"$f\";; esac\n");
     ::chmod(program.c_str(), 0755);
   }
 
@@ -175,8 +175,9 @@ TEST_F(DesktopTools, ScriptsSetAppearanceAndDockAndNothingElse) {
   settings.file(kColours, "'default'\n");
   settings.file(kDock, "true\n");
   const auto dark = [](const char* value) {
-    return std::string("tell application \"System Events\"\n\ttell appearance preferences\n"
-                       "\t\tset dark mode to ") +
+    return std::string(
+               "tell application \"System Events\"\n\ttell appearance preferences\n"
+               "\t\tset dark mode to ") +
            value + "\n\tend tell\nend tell\n";
   };
   EXPECT_EQ(run({"osascript", home.file("on.scpt", dark("true"))}).status, 0);
@@ -192,7 +193,8 @@ TEST_F(DesktopTools, ScriptsSetAppearanceAndDockAndNothingElse) {
   EXPECT_EQ(setting(kDock), "false\n");
   for (const std::string& other :
        {std::string("beep"), dark("maybe"), dark("true") + "do shell script \"true\"",
-        std::string("tell application \"Finder\"\nset autohide of dock preferences to no\nend tell")})
+        std::string(
+            "tell application \"Finder\"\nset autohide of dock preferences to no\nend tell")})
     EXPECT_EQ(run({"osascript", "-e", other}).status, 1) << other;
   EXPECT_EQ(run({"osascript", home / "missing.scpt"}).status, 1);
   EXPECT_EQ(run({"osascript", "-e"}).status, 1);

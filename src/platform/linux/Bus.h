@@ -7,8 +7,8 @@
 
 namespace brisko {
 
-/// A connection to a message bus of its own, closed with what was sent still delivered. One thread at
-/// a time.
+/// A connection to a message bus of its own, closed with what was sent still delivered. One thread
+/// at a time.
 struct BusCloser {
   void operator()(sd_bus* bus) const { sd_bus_flush_close_unref(bus); }
 };
@@ -48,8 +48,8 @@ struct BusObject {
   const char* interface;
 };
 
-/// Calls `method` of `object`, whose arguments are told as sd-bus does. The answer, or null with the
-/// reason.
+/// Calls `method` of `object`, whose arguments are told as sd-bus does. The answer, or null with
+/// the reason.
 template <typename... Arguments>
 BusMessage callBus(sd_bus* bus, const BusObject& object, const char* method, std::string& reason,
                    const char* types, Arguments... arguments) {

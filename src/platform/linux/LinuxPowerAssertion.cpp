@@ -42,7 +42,8 @@ BusPointer inhibitSession(bool keepsDisplay, const std::string& name, std::strin
   bool isHeld = false;
   std::string ignored;
   if (keepsDisplay) {
-    isHeld = callBus(bus.get(), kScreenSaver, "Inhibit", reason, "ss", kWho, name.c_str()) != nullptr;
+    isHeld =
+        callBus(bus.get(), kScreenSaver, "Inhibit", reason, "ss", kWho, name.c_str()) != nullptr;
   }
   if (callBus(bus.get(), kPowerManagement, "Inhibit", keepsDisplay ? ignored : reason, "ss", kWho,
               name.c_str()))

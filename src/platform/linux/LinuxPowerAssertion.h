@@ -13,8 +13,7 @@ namespace brisko {
 ///
 /// The login manager's lock is an open descriptor and the screen saver's ends with the connection it
 /// was asked for on, so that both go with the process. Where only one of the two is to be had, that
-/// one is held: each keeps an idle machine awake. For another's idle time neither speaks: what the
-/// user puts to sleep sleeps.
+/// one is held: each keeps an idle machine awake.
 class LinuxPowerAssertion : public PowerAssertion {
  public:
   Creation create(std::string_view type, int level, const std::string& name) override;
@@ -23,8 +22,8 @@ class LinuxPowerAssertion : public PowerAssertion {
 
  private:
   struct Held {
-    FileDescriptor lock;    ///< the login manager's
-    BusPointer session;     ///< the screen saver's, while it is held
+    FileDescriptor lock;  ///< the login manager's
+    BusPointer session;   ///< the screen saver's, while it is held
   };
 
   std::mutex mutex_;

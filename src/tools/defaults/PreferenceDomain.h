@@ -6,8 +6,8 @@
 
 namespace brisko {
 
-/// A preference domain as the command line names it: a name, "NSGlobalDomain" or "-g" for the global
-/// one, or the path of a property list, whose ".plist" may be left out.
+/// A preference domain as the command line names it: a name, "NSGlobalDomain" or "-g" for the
+/// global one, or the path of a property list, whose ".plist" may be left out.
 class PreferenceDomain {
  public:
   PreferenceDomain(std::string given, bool isOfThisHost);

@@ -40,9 +40,8 @@ bool setScreen(xcb_connection_t* connection, xcb_randr_crtc_t screen, double war
       connection, xcb_randr_get_crtc_gamma_size(connection, screen), nullptr));
   if (!size || size->size == 0) return false;
   const GammaRamps ramps = GammaRamps::warm(size->size, warmth);
-  const xcb_void_cookie_t sent =
-      xcb_randr_set_crtc_gamma_checked(connection, screen, size->size, ramps.red.data(),
-                                       ramps.green.data(), ramps.blue.data());
+  const xcb_void_cookie_t sent = xcb_randr_set_crtc_gamma_checked(
+      connection, screen, size->size, ramps.red.data(), ramps.green.data(), ramps.blue.data());
   const Reply<xcb_generic_error_t> error(xcb_request_check(connection, sent));
   if (error) return false;
   // A server without the ability answers as if it had done it.
@@ -87,8 +86,7 @@ bool ScreenGamma::set(double warmth, std::string& reason) {
             connection.get(),
             xcb_randr_get_screen_resources_current(connection.get(), each.data->root), nullptr));
     if (!resources) continue;
-    const xcb_randr_crtc_t* screens =
-        xcb_randr_get_screen_resources_current_crtcs(resources.get());
+    const xcb_randr_crtc_t* screens = xcb_randr_get_screen_resources_current_crtcs(resources.get());
     const int count = xcb_randr_get_screen_resources_current_crtcs_length(resources.get());
     for (int i = 0; i < count; ++i)
       isDone = setScreen(connection.get(), screens[i], warmth) || isDone;

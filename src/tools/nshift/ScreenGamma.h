@@ -12,7 +12,8 @@ struct GammaRamps {
   std::vector<std::uint16_t> green;
   std::vector<std::uint16_t> blue;
 
-  /// Ramps of `size` steps, straight at `warmth` 0 and with the white of a light bulb (2700 K) at 1.
+  /// Ramps of `size` steps, straight at `warmth` 0 and with the white of a light bulb (2700 K)
+  /// at 1.
   static GammaRamps warm(std::size_t size, double warmth);
 };
 

@@ -1,4 +1,5 @@
-// Runs the two scripts that change the appearance and the dock, as the system tool of this name does:
+// Runs the two scripts that change the appearance and the dock, as the system tool of this name
+// does:
 //
 //     osascript FILE
 //     osascript -e LINE [-e LINE]…

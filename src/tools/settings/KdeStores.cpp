@@ -31,9 +31,13 @@ std::string fileOf(std::string_view name) {
 std::vector<std::string> keyArguments(const char* program, const SettingPlace& place) {
   const std::string_view where = place.where;
   const std::size_t bar = where.find('|');
-  return {program,   "--file", fileOf(where.substr(0, bar)),
-          "--group", std::string(where.substr(bar + 1)),
-          "--key",   place.key};
+  return {program,
+          "--file",
+          fileOf(where.substr(0, bar)),
+          "--group",
+          std::string(where.substr(bar + 1)),
+          "--key",
+          place.key};
 }
 
 std::optional<std::string> getConfig(const SettingPlace& place) {

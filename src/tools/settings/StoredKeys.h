@@ -14,8 +14,8 @@ struct StoredKey {
   const char* key;
   DesktopSetting setting;
   PropertyList on;
-  PropertyList off;       ///< null: the key is taken out
-  bool untouched = false;  ///< the state of a system on which nobody has set it
+  PropertyList off;          ///< null: the key is taken out
+  bool untouched = false;    ///< the state of a system on which nobody has set it
   bool isCompanion = false;  ///< says more about the setting, and is stored where there is that
 
   PropertyList valueFor(bool isOn) const { return isOn ? on : off; }
