@@ -19,7 +19,8 @@ endforeach()
 target_link_libraries(brisko_platform PUBLIC fmt::fmt Threads::Threads
                       PRIVATE spdlog::spdlog PkgConfig::PLIST PkgConfig::MOUNT PkgConfig::UDEV
                       PkgConfig::SYSTEMD)
-target_link_libraries(brisko_engine PUBLIC brisko_platform PRIVATE PkgConfig::CURL)
+target_link_libraries(brisko_engine PUBLIC brisko_platform
+                      PRIVATE PkgConfig::CURL PkgConfig::SQLITE3)
 target_link_libraries(brisko_terminal PUBLIC brisko_engine
                       PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_link_libraries(brisko_window PUBLIC brisko_engine Qt6::Widgets

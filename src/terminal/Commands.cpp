@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "AppsCommand.h"
+#include "BrowsersCommand.h"
 #include "CheckUpdateCommand.h"
 #include "CloseCommand.h"
 #include "DiskCommand.h"
@@ -41,6 +42,7 @@ constexpr Maker kMakers[] = {
     make<ProcessesCommand>,
     make<CloseCommand>,
     make<LoginItemsCommand>,
+    make<BrowsersCommand>,
     make<ShredCommand>,
     make<SwitchCommand>,
     make<CheckUpdateCommand>,
