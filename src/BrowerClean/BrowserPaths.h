@@ -15,9 +15,9 @@ std::string userName();
 /// The template of a bundle's kind: "%@" is the user's name, the path lies below the root.
 std::string formatted(const std::string& pathTemplate);
 
-/// What a template of a desktop browser stands for: ${…} and "%@" replaced, a name with "*" by every
-/// real folder that matches, in name order. Folders on the way must be real ones, never links. Only
-/// what exists is given; with `holds`, only folders with an entry of that name.
+/// What a template of a desktop browser stands for: ${…} and "%@" replaced, a name with "*" by
+/// every real folder that matches, in name order. Folders on the way must be real ones, never
+/// links. Only what exists is given; with `holds`, only folders with an entry of that name.
 std::vector<std::string> resolved(const std::string& pathTemplate, const std::string& holds = "");
 
 /// Names of the direct entries in name order; none for a missing path, "" and " ".

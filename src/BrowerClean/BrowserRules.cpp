@@ -63,8 +63,12 @@ class TableReader {
     for (const auto& [name, installation] : kInstallations) {
       const PropertyList& places = row[name];
       if (places.isNull()) continue;
-      BrowserRule rule{row["key"].string(), family.value_or(BrowserFamily::chrome), entries,
-                       installation,        {},                                     {}};
+      BrowserRule rule{row["key"].string(),
+                       family.value_or(BrowserFamily::chrome),
+                       entries,
+                       installation,
+                       {},
+                       {}};
       if (rule.key.empty()) complain("a browser without a key");
       addKinds(rule, table_["kinds"][row["kinds"].string()], places);
       rules.push_back(std::move(rule));
@@ -100,8 +104,8 @@ class TableReader {
     Strings all;
     for (const PropertyList& element : list.array())
       all.push_back(element.string());
-    const bool hasGap = std::any_of(all.begin(), all.end(),
-                                    [](const std::string& text) { return text.empty(); });
+    const bool hasGap =
+        std::any_of(all.begin(), all.end(), [](const std::string& text) { return text.empty(); });
     if (all.empty() || hasGap) complain("an empty list, or an element that is no text");
     return all;
   }

@@ -15,8 +15,8 @@ enum class BrowserFamily { chrome, firefox, opera, safari };
 struct KindRule {
   std::string name;
   std::vector<std::string> locations;  ///< path templates; a bundle's kind has exactly one
-  std::string holds;               ///< a folder counts only when it has an entry of this name
-  std::vector<std::string> files;  ///< names in a profile, in place of the family's own
+  std::string holds;                   ///< a folder counts only when it has an entry of this name
+  std::vector<std::string> files;      ///< names in a profile, in place of the family's own
 };
 
 /// One browser of the tables, as one way of installing it lays its data out.

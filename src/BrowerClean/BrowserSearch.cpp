@@ -62,7 +62,8 @@ void BrowserSearch::applicationsInPath(const std::string& path) {
     while (open && open->read(batch, 0)) {
       open->information(batch.items);
       for (const CatalogItem& item : batch.items) {
-        if (item.kind == FileKind::directory) below.push_back(folder + "/" + std::string(item.name));
+        if (item.kind == FileKind::directory)
+          below.push_back(folder + "/" + std::string(item.name));
       }
     }
     std::sort(below.begin(), below.end());
@@ -98,8 +99,7 @@ void BrowserSearch::addDesktopBrowsers() {
   for (const BrowserRule& rule : desktopRules_) {
     const auto found =
         std::find_if(applications.begin(), applications.end(), [&](const auto& application) {
-          return isOfInstallation(application, rule) &&
-                 rule.hasDesktopEntry(application.desktopID);
+          return isOfInstallation(application, rule) && rule.hasDesktopEntry(application.desktopID);
         });
     if (found == applications.end() || stop_) continue;
     auto browser = std::make_shared<BrowerObj>();

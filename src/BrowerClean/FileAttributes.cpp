@@ -20,8 +20,8 @@ void clearImmutable(const std::string& path, const std::optional<FileIdentity>& 
   const ParentFolder parent = openParent(calls, path);
   struct statx facts;
   constexpr unsigned kMask = STATX_BASIC_STATS;
-  if (parent.error != 0 || ::statx(parent.folder.get(), parent.name.c_str(), AT_SYMLINK_NOFOLLOW,
-                                   kMask, &facts) != 0) {
+  if (parent.error != 0 ||
+      ::statx(parent.folder.get(), parent.name.c_str(), AT_SYMLINK_NOFOLLOW, kMask, &facts) != 0) {
     return;
   }
   if ((facts.stx_attributes & STATX_ATTR_IMMUTABLE) == 0) return;

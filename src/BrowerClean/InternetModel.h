@@ -30,16 +30,16 @@ struct BrowserFailure {
 class InternetModelListener {
  public:
   virtual ~InternetModelListener() = default;
-  virtual void pageChanged() {}      ///< view, main button, busy
-  virtual void progressChanged() {}  ///< the main button's percentage
-  virtual void browsersChanged() {}  ///< rows of both tables, or what they show
+  virtual void pageChanged() {}       ///< view, main button, busy
+  virtual void progressChanged() {}   ///< the main button's percentage
+  virtual void browsersChanged() {}   ///< rows of both tables, or what they show
   virtual void selectionChanged() {}  ///< tick states
-  virtual void cleaningEnded() {}    ///< time for the end notice
+  virtual void cleaningEnded() {}     ///< time for the end notice
 };
 
 /// The Internet Cleaner's page without its widgets: every state, text and rule that both faces
-/// show. Belongs to the main thread; search and cleaning run in the background and come back through
-/// the main queue.
+/// show. Belongs to the main thread; search and cleaning run in the background and come back
+/// through the main queue.
 class InternetModel {
  public:
   InternetModel();

@@ -63,8 +63,8 @@ void InternetModel::cleanButtonAction() {
   whenClosed(RunningBrowsers::beforeCleaning(browserArr_), &InternetModel::cleanBrowerFiles);
 }
 
-// Asked for Safari alone, whether it is ticked or not: the system lets no program look there without
-// the user's leave.
+// Asked for Safari alone, whether it is ticked or not: the system lets no program look there
+// without the user's leave.
 bool InternetModel::mayClean(const BrowerObj& browser) {
   if (!browser.isBundle || browser.rule.key != "Safari") return true;
   if (::access(BrowserPaths::formatted(kSafariFolder).c_str(), W_OK) == 0) return true;

@@ -9,8 +9,8 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-
 #include <csignal>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -70,8 +70,7 @@ bool isHeld(const std::string& path) {
 
 RunningBrowsers RunningBrowsers::beforeScan(const std::vector<BrowserRule>& desktopRules) {
   RunningBrowsers running;
-  for (const LaunchedApplication& application :
-       Host::current().workspace->launchedApplications()) {
+  for (const LaunchedApplication& application : Host::current().workspace->launchedApplications()) {
     if (isDefinedBrowser(application.name)) {
       add(running, application, application.name);
       continue;
@@ -87,8 +86,7 @@ RunningBrowsers RunningBrowsers::beforeScan(const std::vector<BrowserRule>& desk
 
 RunningBrowsers RunningBrowsers::beforeCleaning(const Browsers& browsers) {
   RunningBrowsers running;
-  for (const LaunchedApplication& application :
-       Host::current().workspace->launchedApplications()) {
+  for (const LaunchedApplication& application : Host::current().workspace->launchedApplications()) {
     const auto browser = std::find_if(browsers.begin(), browsers.end(), [&](const auto& each) {
       return each->isSelect != 0 && isThisBrowser(application, *each);
     });
@@ -98,8 +96,7 @@ RunningBrowsers RunningBrowsers::beforeCleaning(const Browsers& browsers) {
 }
 
 std::string inUseReason(const BrowerObj& browser) {
-  for (const LaunchedApplication& application :
-       Host::current().workspace->launchedApplications()) {
+  for (const LaunchedApplication& application : Host::current().workspace->launchedApplications()) {
     if (isThisBrowser(application, browser)) return browser.name + " is running";
   }
   for (const std::string& location : browser.rule.locks) {

@@ -39,7 +39,8 @@ void checkNames(const Strings& names, const char* what,
 
 bool hasBrowser(const InternetModel& model, const Strings& one) {
   const auto& all = model.browserArr();
-  return std::any_of(all.begin(), all.end(), [&](const auto& each) { return isWanted(one, *each); });
+  return std::any_of(all.begin(), all.end(),
+                     [&](const auto& each) { return isWanted(one, *each); });
 }
 
 bool hasKind(const InternetModel& model, const Strings& one) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+
 #include <sqlite3.h>
 
 namespace brisko::test {
@@ -10,8 +11,8 @@ namespace {
 
 // Enough in each row to fill pages of its own.
 std::string rowsOf(int count) {
-  return "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
-         std::to_string(count) + ") ";
+  return "WITH RECURSIVE n(i) AS (SELECT 1 WHERE " + std::to_string(count) +
+         " > 0 UNION ALL SELECT i + 1 FROM n WHERE i < " + std::to_string(count) + ") ";
 }
 
 std::string secretText() {
@@ -69,26 +70,28 @@ std::string OtherConnection::value(const std::string& sql) {
 
 void makeHistory(const std::string& path, int rows) {
   const std::string all = rowsOf(rows);
-  fill(path,
-       {"CREATE TABLE meta(key LONGVARCHAR NOT NULL UNIQUE PRIMARY KEY, value LONGVARCHAR)",
-        "CREATE TABLE urls(id INTEGER PRIMARY KEY AUTOINCREMENT, url LONGVARCHAR, title LONGVARCHAR,"
-        " visit_count INTEGER DEFAULT 0 NOT NULL, typed_count INTEGER DEFAULT 0 NOT NULL,"
-        " last_visit_time INTEGER NOT NULL, hidden INTEGER DEFAULT 0 NOT NULL)",
-        "CREATE INDEX urls_url_index ON urls (url)",
-        "CREATE TABLE visits(id INTEGER PRIMARY KEY AUTOINCREMENT, url INTEGER NOT NULL,"
-        " visit_time INTEGER NOT NULL)",
-        "CREATE TABLE keyword_search_terms (keyword_id INTEGER NOT NULL, url_id INTEGER NOT NULL,"
-        " term LONGVARCHAR NOT NULL, normalized_term LONGVARCHAR NOT NULL)",
-        "CREATE TABLE downloads (id INTEGER PRIMARY KEY, guid VARCHAR NOT NULL,"
-        " target_path LONGVARCHAR NOT NULL)",
-        "CREATE TABLE downloads_url_chains (id INTEGER NOT NULL, chain_index INTEGER NOT NULL,"
-        " url LONGVARCHAR NOT NULL, PRIMARY KEY (id, chain_index))",
-        "BEGIN", "INSERT INTO meta VALUES('version', '70')",
-        all + "INSERT INTO urls(url, title, last_visit_time) SELECT " + secretText() + ",'t',i FROM n",
-        all + "INSERT INTO visits(url, visit_time) SELECT i, i FROM n",
-        all + "INSERT INTO keyword_search_terms SELECT 2, i, 'term', 'term' FROM n",
-        all + "INSERT INTO downloads SELECT i, 'g', '/download/' || i FROM n",
-        all + "INSERT INTO downloads_url_chains SELECT i, 0, 'u' FROM n", "COMMIT"});
+  fill(
+      path,
+      {"CREATE TABLE meta(key LONGVARCHAR NOT NULL UNIQUE PRIMARY KEY, value LONGVARCHAR)",
+       "CREATE TABLE urls(id INTEGER PRIMARY KEY AUTOINCREMENT, url LONGVARCHAR, title LONGVARCHAR,"
+       " visit_count INTEGER DEFAULT 0 NOT NULL, typed_count INTEGER DEFAULT 0 NOT NULL,"
+       " last_visit_time INTEGER NOT NULL, hidden INTEGER DEFAULT 0 NOT NULL)",
+       "CREATE INDEX urls_url_index ON urls (url)",
+       "CREATE TABLE visits(id INTEGER PRIMARY KEY AUTOINCREMENT, url INTEGER NOT NULL,"
+       " visit_time INTEGER NOT NULL)",
+       "CREATE TABLE keyword_search_terms (keyword_id INTEGER NOT NULL, url_id INTEGER NOT NULL,"
+       " term LONGVARCHAR NOT NULL, normalized_term LONGVARCHAR NOT NULL)",
+       "CREATE TABLE downloads (id INTEGER PRIMARY KEY, guid VARCHAR NOT NULL,"
+       " target_path LONGVARCHAR NOT NULL)",
+       "CREATE TABLE downloads_url_chains (id INTEGER NOT NULL, chain_index INTEGER NOT NULL,"
+       " url LONGVARCHAR NOT NULL, PRIMARY KEY (id, chain_index))",
+       "BEGIN", "INSERT INTO meta VALUES('version', '70')",
+       all + "INSERT INTO urls(url, title, last_visit_time) SELECT " + secretText() +
+           ",'t',i FROM n",
+       all + "INSERT INTO visits(url, visit_time) SELECT i, i FROM n",
+       all + "INSERT INTO keyword_search_terms SELECT 2, i, 'term', 'term' FROM n",
+       all + "INSERT INTO downloads SELECT i, 'g', '/download/' || i FROM n",
+       all + "INSERT INTO downloads_url_chains SELECT i, 0, 'u' FROM n", "COMMIT"});
 }
 
 void makeCookies(const std::string& path, int rows) {
@@ -100,12 +103,14 @@ void makeCookies(const std::string& path, int rows) {
 }
 
 void makeLogins(const std::string& path, int rows) {
-  fill(path,
-       {"CREATE TABLE logins (origin_url VARCHAR NOT NULL, username_value VARCHAR,"
-        " password_value BLOB, signon_realm VARCHAR NOT NULL, id INTEGER PRIMARY KEY AUTOINCREMENT)",
-        "CREATE TABLE password_notes (id INTEGER PRIMARY KEY AUTOINCREMENT, parent_id INTEGER NOT"
-        " NULL REFERENCES logins ON DELETE CASCADE, value BLOB)",
-        rowsOf(rows) + "INSERT INTO logins SELECT " + secretText() + ", 'anna', x'00', 'r', i FROM n"});
+  fill(
+      path,
+      {"CREATE TABLE logins (origin_url VARCHAR NOT NULL, username_value VARCHAR,"
+       " password_value BLOB, signon_realm VARCHAR NOT NULL, id INTEGER PRIMARY KEY AUTOINCREMENT)",
+       "CREATE TABLE password_notes (id INTEGER PRIMARY KEY AUTOINCREMENT, parent_id INTEGER NOT"
+       " NULL REFERENCES logins ON DELETE CASCADE, value BLOB)",
+       rowsOf(rows) + "INSERT INTO logins SELECT " + secretText() +
+           ", 'anna', x'00', 'r', i FROM n"});
 }
 
 void makePlaces(const std::string& path, int rows) {
@@ -114,7 +119,8 @@ void makePlaces(const std::string& path, int rows) {
        {"PRAGMA journal_mode = WAL",
         "CREATE TABLE moz_places (id INTEGER PRIMARY KEY, url LONGVARCHAR, guid TEXT)",
         "CREATE TABLE moz_bookmarks (id INTEGER PRIMARY KEY, fk INTEGER, title LONGVARCHAR)",
-        "CREATE TABLE moz_historyvisits (id INTEGER PRIMARY KEY, from_visit INTEGER, place_id INTEGER,"
+        "CREATE TABLE moz_historyvisits (id INTEGER PRIMARY KEY, from_visit INTEGER, place_id "
+        "INTEGER,"
         " visit_date INTEGER, visit_type INTEGER, session INTEGER)",
         "CREATE TABLE moz_annos (id INTEGER PRIMARY KEY, place_id INTEGER NOT NULL,"
         " anno_attribute_id INTEGER, content LONGVARCHAR)",

@@ -52,7 +52,8 @@ TEST(BrowserRules, ATableThatIsNotUnderstoodTurnsItselfOff) {
     PropertyList::Dictionary cookies{{"locations", PropertyList::Array{"${data}/*"}}};
     if (!kind.empty()) cookies[kind] = "x";
     const PropertyList::Dictionary kinds{{"K", PropertyList::Dictionary{{"Cookies", cookies}}}};
-    PropertyList(PropertyList::Dictionary{{"browsers", PropertyList::Array{browser}}, {"kinds", kinds}})
+    PropertyList(
+        PropertyList::Dictionary{{"browsers", PropertyList::Array{browser}}, {"kinds", kinds}})
         .writeInPlace(folder / "EraserHistoryLinux.plist");
     return desktopBrowserRules().size();
   };
@@ -61,16 +62,21 @@ TEST(BrowserRules, ATableThatIsNotUnderstoodTurnsItselfOff) {
   EXPECT_EQ(table("colour", ""), 0U);
   EXPECT_EQ(table("kinds", ""), 0U);
   EXPECT_EQ(table("key", "depth"), 0U);
-  EXPECT_TRUE(host.logged("EraserHistoryLinux.plist: unknown key depth; no browsers are known by it"));
+  EXPECT_TRUE(
+      host.logged("EraserHistoryLinux.plist: unknown key depth; no browsers are known by it"));
 }
 
 TEST(BrowserKindIcons, AreChosenByKind) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"Browsing History", "icon_history"}, {"Session ", "icon_autofill"},
-      {"Session", "icon_autofill"},         {"Caches", "icon_caches"},
-      {"Cookies", "icon_cookies"},          {"Download History", "icon_download"},
-      {"Downloads History", "icon_download"}, {"Save Password", "icon_password"},
-      {"a Form Values", "icon_tabform"},    {"Bookmarks", "icon_cookies"}};
+  const std::pair<const char*, const char*> cases[] = {{"Browsing History", "icon_history"},
+                                                       {"Session ", "icon_autofill"},
+                                                       {"Session", "icon_autofill"},
+                                                       {"Caches", "icon_caches"},
+                                                       {"Cookies", "icon_cookies"},
+                                                       {"Download History", "icon_download"},
+                                                       {"Downloads History", "icon_download"},
+                                                       {"Save Password", "icon_password"},
+                                                       {"a Form Values", "icon_tabform"},
+                                                       {"Bookmarks", "icon_cookies"}};
   for (const auto& [kind, icon] : cases) {
     EXPECT_EQ(BrowserKinds::getIconWithKey(kind), icon) << kind;
     EXPECT_TRUE(Resources::image(icon)) << icon;

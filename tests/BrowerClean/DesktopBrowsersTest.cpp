@@ -107,7 +107,8 @@ TEST_F(DesktopBrowsers, EveryProfileOfEachInstallationIsCountedAndCleaned) {
 TEST_F(DesktopBrowsers, FiftyThousandCachedFilesGoAndWhatChangedSinceStays) {
   install("firefox-esr", "Firefox ESR");
   const std::string profile = ".mozilla/firefox/abc.default-release/";
-  const std::string cache = folder_.folder(home(".cache/mozilla/firefox/abc.default-release/cache2"));
+  const std::string cache =
+      folder_.folder(home(".cache/mozilla/firefox/abc.default-release/cache2"));
   for (int i = 0; i < 50'000; ++i) {
     const int file = open((cache + "/" + std::to_string(i)).c_str(), O_CREAT | O_WRONLY, 0600);
     ASSERT_GE(file, 0);

@@ -18,6 +18,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::UnorderedElementsAre;
 using Page = InternetModel::Page;
 using Strings = std::vector<std::string>;
 
@@ -145,8 +146,8 @@ TEST_F(BundleBrowsers, TickedKindsAreErasedEachInItsWay) {
   scan();
   model_->selectBrower(kind("Google Chrome", "Download History"));
   EXPECT_THAT(model_->losses(),
-              ElementsAre(HasSubstr("3 saved passwords of Google Chrome will be lost"),
-                          HasSubstr("Firefox"), HasSubstr("searches of Opera")));
+              UnorderedElementsAre(HasSubstr("3 saved passwords of Google Chrome will be lost"),
+                                   HasSubstr("Firefox"), HasSubstr("searches of Opera")));
   clean();
   EXPECT_TRUE(model_->failures().empty());
   EXPECT_EQ(ended_, 1);
@@ -180,7 +181,8 @@ TEST_F(BundleBrowsers, SafariIsCountedAndCleanedItsOwnWay) {
   makeSafariHistory(folder_ / (safari + "History.db"), 1);
   PropertyList(PropertyList::Dictionary{{"DownloadHistory", PropertyList::Array{"a", "b"}}})
       .writeInPlace(folder_.file(safari + "Downloads.plist"));
-  for (const char* path : {"Safari/LocalStorage/a", "Safari/LocalStorage/b", "WebKit/LocalStorage/c"})
+  for (const char* path :
+       {"Safari/LocalStorage/a", "Safari/LocalStorage/b", "WebKit/LocalStorage/c"})
     folder_.file(library(path));
   folder_.sizedFile(library("Caches/Metadata/m"), 400);
   folder_.sizedFile(library("Caches/com.apple.Safari/s"), 600);
@@ -200,9 +202,9 @@ TEST_F(BundleBrowsers, SafariIsCountedAndCleanedItsOwnWay) {
   clean();
   EXPECT_TRUE(model_->failures().empty());
   EXPECT_EQ(rowsIn(folder_ / (safari + "History.db"), "history_items"), 0);
-  for (const char* gone : {"Safari/RecentlyClosedTabs.plist", "Safari/Downloads.plist",
-                           "Safari/LocalStorage", "WebKit/LocalStorage", "Caches/Metadata",
-                           "Caches/com.apple.Safari"}) {
+  for (const char* gone :
+       {"Safari/RecentlyClosedTabs.plist", "Safari/Downloads.plist", "Safari/LocalStorage",
+        "WebKit/LocalStorage", "Caches/Metadata", "Caches/com.apple.Safari"}) {
     EXPECT_FALSE(exists(folder_ / library(gone))) << gone;
   }
   EXPECT_TRUE(exists(folder_ / library("Caches/com.apple.mail/kept")));

@@ -46,10 +46,11 @@ TEST(RealBrowser, ChromiumOpensItsProfileAgainAfterCleaning) {
   }
   const std::string data = profile + "/Default/";
   const ToGetDB& databases = ToGetDB::returnToGetDB();
+  const int visited = databases.getGoogleHistoryItems(data + "History").rows;
   OtherConnection(data + "History")
-      .run(std::string("INSERT INTO urls(url, title, last_visit_time) VALUES('https://") +
-           kSecret + "', 'x', 1)");
-  EXPECT_EQ(databases.getGoogleHistoryItems(data + "History").rows, 1);
+      .run(std::string("INSERT INTO urls(url, title, last_visit_time) VALUES('https://") + kSecret +
+           "', 'x', 1)");
+  EXPECT_EQ(databases.getGoogleHistoryItems(data + "History").rows, visited + 1);
   for (const auto& count : {databases.getGoogleDownloadItems(data + "History"),
                             databases.getGoogleCookiesItems(data + "Cookies"),
                             databases.getGooglePasswordItems(data + "Login Data")}) {

@@ -86,8 +86,8 @@ TEST_F(BrowsersCommand, ListsWhatIsKeptAndChangesNothing) {
 }
 
 TEST_F(BrowsersCommand, ErasesWhatIsNamedAndSaysWhatIsLost) {
-  const Outcome plan = browsers({"--clean", "--dry-run", "--json", "--browser", "chromium", "--kind",
-                                 "save password", "--kind", "Caches"});
+  const Outcome plan = browsers({"--clean", "--dry-run", "--json", "--browser", "chromium",
+                                 "--kind", "save password", "--kind", "Caches"});
   ASSERT_EQ(plan.status, 0) << plan.errors;
   EXPECT_EQ(plan.json()["wouldErase"].size(), 2U);
   EXPECT_EQ(plan.json()["wouldErase"][1]["paths"][0], home_ / (kChromium + "Login Data"));

@@ -43,6 +43,7 @@ void takeDiskPictures(AppDelegate& delegate, DemoRoot& root);
 void takeTaskManagerPictures(AppDelegate& delegate, DemoRoot& root);
 void takeStartupItemsPictures(AppDelegate& delegate, DemoRoot& root);
 void takeShredderPictures(AppDelegate& delegate, DemoRoot& root);
+void takeInternetPictures(AppDelegate& delegate, DemoRoot& root);
 void takeUpdatePictures(AppDelegate& delegate, DemoRoot& root);
 void takeShellPictures(AppDelegate& delegate, DemoRoot& root);
 

@@ -43,6 +43,9 @@ constexpr Taker kTakers[] = {
     {"shredder", test::takeShredderPictures},
     {"update", test::takeUpdatePictures},
     {"shell", test::takeShellPictures},
+constexpr void (*kTakers[])(AppDelegate&, test::DemoRoot&) = {
+    test::takeShellPictures,        test::takeJunkPictures,     test::takeDuplicatePictures,
+    test::takeStartupItemsPictures, test::takeInternetPictures, test::takeUpdatePictures,
 };
 
 MountedVolume volume(const char* name, const char* root, MountedVolume::Place place,

@@ -1,0 +1,119 @@
+#include "BrowerTableModel.h"
+
+#include "ImageLookup.h"
+#include "InternetModel.h"
+#include "LocalizedString.h"
+#include "Theme.h"
+
+#include <QIcon>
+#include <QPainter>
+
+namespace brisko {
+namespace {
+
+constexpr int kIconSide = 24;
+constexpr int kIconRole = Qt::UserRole + 20;
+
+}  // namespace
+
+QIcon applicationIcon(const std::string& name) {
+  if (name.empty()) return {};
+  const QString text = QString::fromStdString(name);
+  return name.front() == '/' ? QIcon(text) : QIcon::fromTheme(text);
+}
+
+void BrowerTableModel::reloadData(const Browsers& rows) {
+  beginResetModel();
+  rows_ = rows;
+  endResetModel();
+}
+
+void BrowerTableModel::rowsChanged() {
+  if (rows_.empty()) return;
+  Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
+std::shared_ptr<BrowerObj> BrowerTableModel::row(int index) const {
+  const auto at = static_cast<std::size_t>(index);
+  return at < rows_.size() ? rows_[at] : nullptr;
+}
+
+int BrowerTableModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int BrowerTableModel::columnCount(const QModelIndex& parent) const {
+  if (parent.isValid()) return 0;
+  return level_ == Level::browsers ? 2 : 3;
+}
+
+QVariant BrowerTableModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const BrowerObj& row = *rows_[static_cast<std::size_t>(index.row())];
+  const bool isKind = level_ == Level::kinds;
+  const QString text = isKind ? getLocalizedString(row.name.c_str()) : displayText(row.name);
+  switch (role) {
+    case Qt::DisplayRole:
+      if (index.column() == name) return text;
+      return index.column() == size ? QVariant(QString::fromStdString(row.size)) : QVariant();
+    case Qt::ToolTipRole:
+      return row.reasons.empty() ? QVariant() : toolTipText(displayText(row.reasons.front()));
+    case Qt::TextAlignmentRole:
+      return static_cast<int>(index.column() == size ? Qt::AlignRight : Qt::AlignLeft);
+    case Qt::AccessibleTextRole:
+      if (index.column() != select) return {};
+      return getLocalizedString(row.isSelect == 1   ? "selected"
+                                : row.isSelect == 2 ? "partly selected"
+                                                    : "not selected");
+    case ImageNameRole:
+      if (index.column() == select) return QLatin1String(InternetModel::boxImage(row));
+      if (index.column() != name || !isKind) return {};
+      return QString::fromStdString(row.reasons.empty() ? row.iconImage : "ic_warning");
+    case kIconRole:
+      return QString::fromStdString(row.iconImage);
+    default:
+      return {};
+  }
+}
+
+QVariant BrowerTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
+  if (role == Qt::TextAlignmentRole) {
+    return static_cast<int>(section == size ? Qt::AlignRight : Qt::AlignLeft);
+  }
+  if (role != Qt::DisplayRole || section == select) return {};
+  if (section == size) return getLocalizedString("Size");
+  return getLocalizedString(level_ == Level::browsers ? "Browser" : "Data");
+}
+
+void BrowserDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const {
+  if (index.column() != BrowerTableModel::name) {
+    EntryDelegate::paint(painter, option, index);
+    return;
+  }
+  painter->save();
+  const bool isSelected = (option.state & QStyle::State_Selected) != 0;
+  if (isSelected) painter->fillRect(option.rect, themeColor(Theme::Token::accentSoft));
+  painter->setPen(themeColor(Theme::Token::border));
+  painter->setOpacity(0.6);
+  painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
+  painter->setOpacity(1);
+  QRect area = option.rect.adjusted(Space::tiny, 0, -Space::medium, 0);
+  const QRect place(area.left(), area.center().y() - kIconSide / 2 + 1, kIconSide, kIconSide);
+  const QIcon icon = applicationIcon(index.data(kIconRole).toString().toStdString());
+  if (icon.isNull()) {
+    ImageLookup::paint(painter, "ic_internet", QRectF(place).adjusted(2, 2, -2, -2));
+  } else {
+    icon.paint(painter, place);
+  }
+  area.setLeft(place.right() + Space::medium);
+  painter->setFont(Theme::shared().font(13, isSelected ? QFont::DemiBold : QFont::Normal));
+  painter->setPen(themeColor(Theme::Token::text));
+  painter->drawText(
+      area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+      painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, area.width()));
+  painter->restore();
+}
+
+}  // namespace brisko

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "BrowerObj.h"
+#include "EntryTable.h"
+
+#include <QAbstractTableModel>
+
+namespace brisko {
+
+/// Browsers, or the kinds of one, as a table: "FSelect" and "FName", or "SSelect", "SName" and
+/// "SSize". Shows the records as they are; whoever changes them says so.
+class BrowerTableModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  enum Column : int { select, name, size };
+  enum class Level { browsers, kinds };
+
+  BrowerTableModel(Level level, QObject* parent) : QAbstractTableModel(parent), level_(level) {}
+
+  void reloadData(const Browsers& rows);
+  /// What the rows show changed, and nothing else.
+  void rowsChanged();
+  std::shared_ptr<BrowerObj> row(int index) const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  Level level_;
+  Browsers rows_;
+};
+
+/// As a table of entries, with the application's own icon before a browser's name.
+class BrowserDelegate : public EntryDelegate {
+  Q_OBJECT
+
+ public:
+  using EntryDelegate::EntryDelegate;
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+};
+
+/// The icon of an application: a name of the icon theme or a path; null when there is none.
+QIcon applicationIcon(const std::string& name);
+
+}  // namespace brisko
