@@ -26,6 +26,7 @@ struct FakeWorkspace : Workspace {
       observer(volume, true);
   }
 
+  std::map<std::string, std::string> names;  ///< by path
   std::set<int> ended;  ///< processes that are gone though they are listed
 
   std::vector<LaunchedApplication> launchedApplications() override { return applications; }
@@ -38,6 +39,10 @@ struct FakeWorkspace : Workspace {
   }
   void stopObserving(int token) override { observers.erase(token); }
   std::string iconName(const std::string&) override { return "unknown"; }
+  std::string displayName(const std::string& path) override {
+    const auto found = names.find(path);
+    return found == names.end() ? "" : found->second;
+  }
   bool openAddress(const std::string& address) override {
     opened.push_back(address);
     return opens;

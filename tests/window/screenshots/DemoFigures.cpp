@@ -32,6 +32,17 @@ struct DemoActivity : HostActivity {
   std::optional<std::uint64_t> upTimeSeconds() override { return std::nullopt; }
 };
 
+/// Eight cores of which each look finds the same load.
+struct DemoStatistics : FakeStatistics {
+  std::optional<std::vector<ProcessorTicks>> processorTicks() override {
+    ++looks_;
+    return std::vector<ProcessorTicks>(8, {looks_ * 3, looks_, looks_ * 96, 0});
+  }
+
+ private:
+  std::uint32_t looks_ = 0;
+};
+
 }  // namespace
 
 SystemSample demoSample(int second, int cores) {
@@ -61,8 +72,15 @@ SystemSample demoSample(int second, int cores) {
 }
 
 void installDemoFigures(Host& host) {
-  auto statistics = std::make_unique<FakeStatistics>();
+  auto statistics = std::make_unique<DemoStatistics>();
+  statistics->memory.emplace();
+  statistics->memory->free = 950'000;
+  statistics->memory->inactive = 1'120'000;
+  statistics->memory->active = 1'520'000;
+  statistics->memory->wired = 330'000;
   statistics->values = {
+      {"hw.pagesize", std::uint64_t{4096}},
+      {"hw.physmem", static_cast<std::uint64_t>(16 * kGigabyte)},
       {"hw.model", std::string("MacBookPro15,1")},
       {"hw.memsize", static_cast<std::uint64_t>(16 * kGigabyte)},
       {"hw.ncpu", std::uint64_t{8}},

@@ -32,20 +32,12 @@ struct Taker {
 };
 
 constexpr Taker kTakers[] = {
-    {"status", test::takeStatusPictures},
-    {"junk", test::takeJunkPictures},
-    {"apps", test::takeApplicationPictures},
-    {"duplicates", test::takeDuplicatePictures},
-    {"large", test::takeLargePictures},
-    {"disks", test::takeDiskPictures},
-    {"memory", test::takeTaskManagerPictures},
-    {"startup", test::takeStartupItemsPictures},
-    {"shredder", test::takeShredderPictures},
-    {"update", test::takeUpdatePictures},
-    {"shell", test::takeShellPictures},
-constexpr void (*kTakers[])(AppDelegate&, test::DemoRoot&) = {
-    test::takeShellPictures,        test::takeJunkPictures,     test::takeDuplicatePictures,
-    test::takeStartupItemsPictures, test::takeInternetPictures, test::takeUpdatePictures,
+    {"status", test::takeStatusPictures},      {"junk", test::takeJunkPictures},
+    {"apps", test::takeApplicationPictures},   {"duplicates", test::takeDuplicatePictures},
+    {"large", test::takeLargePictures},        {"disks", test::takeDiskPictures},
+    {"memory", test::takeTaskManagerPictures}, {"startup", test::takeStartupItemsPictures},
+    {"shredder", test::takeShredderPictures},  {"internet", test::takeInternetPictures},
+    {"update", test::takeUpdatePictures},      {"shell", test::takeShellPictures},
 };
 
 MountedVolume volume(const char* name, const char* root, MountedVolume::Place place,

@@ -1,6 +1,6 @@
 #include "AppDelegate.h"
 #include "DemoRoot.h"
-#include "Dispatch.h"
+#include "FakeWorkspace.h"
 #include "Host.h"
 #include "LoginItemsTable.h"
 #include "MainWindow.h"
@@ -20,6 +20,7 @@ std::string makeEntry(const std::string& folder, const std::string& id, const st
   std::string path = folder + "/" + id + ".desktop";
   std::ofstream(path) << "[Desktop Entry]\nType=Application\nName=" << name
                       << "\nExec=/bin/true\nIcon=" << id << "\n";
+  static_cast<FakeWorkspace&>(*Host::current().workspace).names[path] = name;
   return path;
 }
 

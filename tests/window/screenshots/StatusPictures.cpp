@@ -1,7 +1,7 @@
 #include "AppDelegate.h"
 #include "DemoFigures.h"
-#include "MainWindow.h"
 #include "HightActionViewController.h"
+#include "MainWindow.h"
 #include "Pictures.h"
 #include "RecordedTools.h"
 #include "StatusFeed.h"
