@@ -19,6 +19,8 @@ class PowerAssertionTest : public testing::Test {
     if (!MockSession::isPossible()) GTEST_SKIP() << "dbus-daemon is not installed";
   }
   void use(const MockSession* system, const MockSession* session) {
+    system_.reset();  // puts back what was there, so before the next
+    session_.reset();
     const char* nobody = "unix:path=/nonexistent/bus";
     system_ = std::make_unique<Environment>("DBUS_SYSTEM_BUS_ADDRESS",
                                             system ? system->address().c_str() : nobody);
