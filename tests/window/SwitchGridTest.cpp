@@ -3,6 +3,7 @@
 #include "RecordedTools.h"
 #include "StatusPanel.h"
 #include "SwitchTile.h"
+#include "Theme.h"
 #include "WindowFixture.h"
 
 using namespace brisko;
