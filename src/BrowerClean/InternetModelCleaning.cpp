@@ -144,6 +144,7 @@ void InternetModel::cleanEnd(Cleaning& cleaning) {
     kind.reasons = step.result.reasons;
     for (const std::string& reason : kind.reasons)
       failures_.push_back({step.browser->name, kind.name, reason});
+    if (step.readAgain && !step.readAgain->reasons.empty()) continue;  // it holds what it held
     if (step.readAgain) {
       kind.size = step.readAgain->size;
       kind.bytes = step.readAgain->bytes;

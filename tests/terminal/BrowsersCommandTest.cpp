@@ -24,7 +24,8 @@ class BrowsersCommand : public testing::Test {
 
   void install(const std::string& id, const std::string& name) {
     home_.file("share/applications/" + id + ".desktop",
-               "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=/bin/" + id + "\n");
+               "[Desktop Entry]\nType=Application\nName=" + name +
+                   "\nExec=" + home_.file("apps/" + id + "/" + id) + "\n");
   }
   void makeLogins(const std::string& path) {
     home_.file(path);
