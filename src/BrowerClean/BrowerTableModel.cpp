@@ -81,6 +81,11 @@ QVariant BrowerTableModel::headerData(int section, Qt::Orientation orientation, 
   if (role == Qt::TextAlignmentRole) {
     return static_cast<int>(section == size ? Qt::AlignRight : Qt::AlignLeft);
   }
+  if (role == IdentifierRole) {
+    static constexpr const char* kBrowsers[] = {"FSelect", "FName"};
+    static constexpr const char* kKinds[] = {"SSelect", "SName", "SSize"};
+    return QLatin1String(level_ == Level::browsers ? kBrowsers[section] : kKinds[section]);
+  }
   if (role != Qt::DisplayRole || section == select) return {};
   if (section == size) return getLocalizedString("Size");
   return getLocalizedString(level_ == Level::browsers ? "Browser" : "Data");

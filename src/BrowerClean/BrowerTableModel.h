@@ -15,6 +15,8 @@ class BrowerTableModel : public QAbstractTableModel {
  public:
   enum Column : int { select, name, size };
   enum class Level { browsers, kinds };
+  /// Of a header: the column's identifier.
+  static constexpr int IdentifierRole = Qt::UserRole + 21;
 
   BrowerTableModel(Level level, QObject* parent) : QAbstractTableModel(parent), level_(level) {}
 

@@ -105,7 +105,7 @@ void takeInternetPictures(AppDelegate& delegate, DemoRoot& root) {
   click(page, "backHomeButton");
   APFSScanWindowController notice(delegate.window());
   notice.show();
-  save(&notice, "notice-protected");
+  save(&notice, "browsers-protected");
   notice.hide();
   Host::current().installedApplications = std::move(before);
 }
