@@ -13,8 +13,8 @@ class DesktopEntryText;
 class HostFolders;
 class Preferences;
 
-/// Login items as the autostart entries of the desktop standards (freedesktop.org, "Desktop
-/// Application Autostart Specification"): files in the folder "autostart" of the user's
+/// Login items as autostart entries, by the rules that desktops share (freedesktop.org, "Desktop
+/// Application Autostart"): files in the folder "autostart" of the user's
 /// configuration, and the ones for everyone, which a file of the same name there overrides.
 ///
 /// Keys of our own: "X-Brisko-Path" is what an entry made here opens, "X-Brisko-Hidden" its flag,
