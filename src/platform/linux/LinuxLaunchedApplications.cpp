@@ -84,18 +84,27 @@ class EntryIndex {
       const std::string program = programOf(execWords(entry.exec));
       // A part of the system is none that people would close.
       if (!entry.noDisplay && !program.empty() && !isInterpreter(baseName(program))) {
-        byProgram_.emplace(baseName(program), &entry);
+        byProgram_.emplace(isOwn(program) ? program : baseName(program), &entry);
       }
     }
   }
 
   const DesktopEntry* withId(const std::string& id) const { return found(byId_, id); }
   const DesktopEntry* starting(const std::string& program) const {
-    return program.empty() ? nullptr : found(byProgram_, baseName(program));
+    if (program.empty()) return nullptr;
+    const DesktopEntry* entry = found(byProgram_, program);
+    return entry != nullptr ? entry : found(byProgram_, baseName(program));
   }
 
  private:
   using Entries = std::map<std::string, const DesktopEntry*>;
+
+  // What a package starts is often a link or a script in front of the program of the same name. Of a
+  // user's own programs there may be copies, so each is only its own file.
+  static bool isOwn(const std::string& program) {
+    return program.starts_with('/') && !program.starts_with("/usr/") &&
+           !program.starts_with("/opt/") && !program.starts_with("/bin/");
+  }
   static const DesktopEntry* found(const Entries& entries, const std::string& key) {
     const auto place = entries.find(key);
     return place == entries.end() ? nullptr : place->second;
