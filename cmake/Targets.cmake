@@ -20,7 +20,8 @@ target_link_libraries(brisko_platform PUBLIC fmt::fmt Threads::Threads
                       PRIVATE spdlog::spdlog PkgConfig::PLIST PkgConfig::MOUNT PkgConfig::UDEV
                       PkgConfig::SYSTEMD)
 target_link_libraries(brisko_engine PUBLIC brisko_platform
-                      PRIVATE PkgConfig::CURL PkgConfig::SQLITE3)
+                      PRIVATE ${CMAKE_DL_LIBS} PkgConfig::SQLITE3)
+target_include_directories(brisko_engine PRIVATE ${CURL_INCLUDE_DIRS})
 target_link_libraries(brisko_terminal PUBLIC brisko_engine
                       PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_link_libraries(brisko_window PUBLIC brisko_engine Qt6::Widgets

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <curl/curl.h>
+#include <dlfcn.h>
 
 namespace brisko {
 namespace {
@@ -11,6 +12,46 @@ namespace {
 constexpr long kRedirections = 3;
 
 using Taker = std::function<bool(std::string_view)>;
+
+/// The library that speaks to the web. It and the forty that it needs are loaded at the first
+/// request: most commands make none, and each would pay eight megabytes for it.
+class CurlLibrary {
+ public:
+  /// Null when it is missing or does not start.
+  static const CurlLibrary* get() {
+    static const CurlLibrary library;
+    return library.isReady_ ? &library : nullptr;
+  }
+
+  decltype(&::curl_easy_init) easyInit = nullptr;
+  decltype(&::curl_easy_cleanup) easyCleanup = nullptr;
+  decltype(&::curl_easy_setopt) easySetopt = nullptr;
+  decltype(&::curl_easy_getinfo) easyGetinfo = nullptr;
+  decltype(&::curl_easy_perform) easyPerform = nullptr;
+  decltype(&::curl_easy_strerror) easyStrerror = nullptr;
+  decltype(&::curl_slist_append) slistAppend = nullptr;
+  decltype(&::curl_slist_free_all) slistFreeAll = nullptr;
+
+ private:
+  CurlLibrary() : handle_(::dlopen("libcurl.so.4", RTLD_NOW | RTLD_LOCAL)) {
+    decltype(&::curl_global_init) globalInit = nullptr;
+    isReady_ = handle_ != nullptr && find("curl_easy_init", easyInit) &&
+               find("curl_easy_cleanup", easyCleanup) && find("curl_easy_setopt", easySetopt) &&
+               find("curl_easy_getinfo", easyGetinfo) && find("curl_easy_perform", easyPerform) &&
+               find("curl_easy_strerror", easyStrerror) && find("curl_slist_append", slistAppend) &&
+               find("curl_slist_free_all", slistFreeAll) && find("curl_global_init", globalInit) &&
+               globalInit(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+  }
+
+  template <typename Function>
+  bool find(const char* name, Function& function) {
+    function = reinterpret_cast<Function>(::dlsym(handle_, name));
+    return function != nullptr;
+  }
+
+  void* handle_;
+  bool isReady_ = false;
+};
 
 std::size_t handOver(char* bytes, std::size_t size, std::size_t count, void* taker) {
   const std::string_view part(bytes, size * count);
@@ -22,15 +63,15 @@ int goesOn(void* stop, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
   return asked && asked() ? 1 : 0;
 }
 
+/// The host in "scheme://host:port/…"; empty for what names an account, which nothing here needs.
 std::string hostOf(const std::string& address) {
-  const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> url(curl_url(), &curl_url_cleanup);
-  char* host = nullptr;
-  if (!url || curl_url_set(url.get(), CURLUPART_URL, address.c_str(), 0) != CURLUE_OK ||
-      curl_url_get(url.get(), CURLUPART_HOST, &host, 0) != CURLUE_OK) {
-    return {};
-  }
-  const std::unique_ptr<char, decltype(&curl_free)> owned(host, &curl_free);
-  return host;
+  const std::size_t begin = address.find("://");
+  if (begin == std::string::npos) return {};
+  const std::string authority =
+      address.substr(begin + 3, address.find_first_of("/?#\\", begin + 3) - begin - 3);
+  if (authority.find('@') != std::string::npos) return {};
+  if (authority.starts_with('[')) return authority.substr(0, authority.find(']') + 1);
+  return authority.substr(0, authority.find(':'));
 }
 
 bool isThisMachine(const std::string& host) {
@@ -55,15 +96,16 @@ WebRequest& WebRequest::stopWhen(std::function<bool()> stop) {
 }
 
 WebRequest::Answer WebRequest::get(const Taker& take) const {
-  static const bool isReady = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-  const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> request(
-      isReady ? curl_easy_init() : nullptr, &curl_easy_cleanup);
-  const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers(
-      curl_slist_append(nullptr, "Cache-Control: no-cache"), &curl_slist_free_all);
+  const CurlLibrary* curl = CurlLibrary::get();
+  if (curl == nullptr) return {0, "the network library cannot be used"};
+  const std::unique_ptr<CURL, decltype(curl->easyCleanup)> request(curl->easyInit(),
+                                                                   curl->easyCleanup);
+  const std::unique_ptr<curl_slist, decltype(curl->slistFreeAll)> headers(
+      curl->slistAppend(nullptr, "Cache-Control: no-cache"), curl->slistFreeAll);
   if (!request || !headers) return {0, "the network library does not start"};
   const bool isPlainAllowed = schemes_ == Schemes::web || isThisMachine(hostOf(address_));
   const auto set = [&](CURLoption option, auto value) {
-    curl_easy_setopt(request.get(), option, value);
+    curl->easySetopt(request.get(), option, value);
   };
   set(CURLOPT_URL, address_.c_str());
   set(CURLOPT_PROTOCOLS_STR, isPlainAllowed ? "http,https" : "https");
@@ -73,15 +115,15 @@ WebRequest::Answer WebRequest::get(const Taker& take) const {
   set(CURLOPT_HTTPHEADER, headers.get());
   set(CURLOPT_TIMEOUT_MS, static_cast<long>(timeOut_.count()));
   set(CURLOPT_NOSIGNAL, 1L);
-  set(CURLOPT_WRITEFUNCTION, handOver);
+  set(CURLOPT_WRITEFUNCTION, &handOver);
   set(CURLOPT_WRITEDATA, &take);
   set(CURLOPT_NOPROGRESS, 0L);
-  set(CURLOPT_XFERINFOFUNCTION, goesOn);
+  set(CURLOPT_XFERINFOFUNCTION, &goesOn);
   set(CURLOPT_XFERINFODATA, &stop_);
-  const CURLcode code = curl_easy_perform(request.get());
+  const CURLcode code = curl->easyPerform(request.get());
   long status = 0;
-  curl_easy_getinfo(request.get(), CURLINFO_RESPONSE_CODE, &status);
-  return {static_cast<int>(status), code == CURLE_OK ? "" : curl_easy_strerror(code)};
+  curl->easyGetinfo(request.get(), CURLINFO_RESPONSE_CODE, &status);
+  return {static_cast<int>(status), code == CURLE_OK ? "" : curl->easyStrerror(code)};
 }
 
 }  // namespace brisko
