@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,10 +20,12 @@ struct FakeLoginItems : LoginItems {
   Observer observer;
 
   void add(const std::string& identifier, const std::string& target, bool isHidden = false) {
+    const std::lock_guard lock(mutex_);
     entries.push_back({identifier, isHidden});
     if (!target.empty()) targets[identifier] = target;
   }
   std::vector<std::string> identifiers() const {
+    const std::lock_guard lock(mutex_);
     std::vector<std::string> all;
     for (const LoginItem& entry : entries)
       all.push_back(entry.identifier);
@@ -30,25 +33,30 @@ struct FakeLoginItems : LoginItems {
   }
 
   int snapshot(std::vector<LoginItem>& items) override {
+    const std::lock_guard lock(mutex_);
     ++snapshots;
     if (status == noErr) items = entries;
     return status;
   }
   std::optional<std::string> resolve(const LoginItem& item) override {
+    const std::lock_guard lock(mutex_);
     const auto found = targets.find(item.identifier);
     return found == targets.end() ? std::nullopt : std::optional(found->second);
   }
   int insertLast(const std::string& path, bool isHidden) override {
+    const std::lock_guard lock(mutex_);
     if (status == noErr) add("added:" + path, path, isHidden);
     return status;
   }
   int setHidden(const LoginItem& item, bool isHidden) override {
+    const std::lock_guard lock(mutex_);
     for (LoginItem& entry : entries) {
       if (entry.identifier == item.identifier && status == noErr) entry.isHidden = isHidden;
     }
     return status;
   }
   int remove(const LoginItem& item) override {
+    const std::lock_guard lock(mutex_);
     if (status == noErr) {
       std::erase_if(entries, [&](const auto& e) { return e.identifier == item.identifier; });
     }
@@ -61,6 +69,9 @@ struct FakeLoginItems : LoginItems {
     return 1;
   }
   void stopObserving(int) override { observer = nullptr; }
+
+ private:
+  mutable std::recursive_mutex mutex_;  ///< a model reads in the background what a test writes
 };
 
 }  // namespace brisko::test
