@@ -256,7 +256,7 @@ TEST_F(BundleBrowsers, RunningOnesAreNamedAndClosedOnlyWithLeave) {
   int status = 0;
   ASSERT_EQ(waitpid(process, &status, 0), process);
   EXPECT_EQ(WTERMSIG(status), SIGTERM);
-  workspace_->applications.clear();
+  workspace_->setApplications({});
   Dispatch::runUntil([&] { return model_->isCanClick(); });
   EXPECT_EQ(rowsIn(folder_ / (kOpera + std::string("History")), "urls"), 0);
 }

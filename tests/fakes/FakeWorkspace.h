@@ -3,6 +3,7 @@
 #include "Workspace.h"
 
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
 #include <utility>
@@ -29,7 +30,17 @@ struct FakeWorkspace : Workspace {
   std::map<std::string, std::string> names;  ///< by path
   std::set<int> ended;  ///< processes that are gone though they are listed
 
-  std::vector<LaunchedApplication> launchedApplications() override { return applications; }
+  /// Writes to `applications` while a model may be reading them.
+  void setApplications(std::vector<LaunchedApplication> now) {
+    const std::lock_guard lock(applicationsMutex);
+    applications = std::move(now);
+  }
+  std::mutex applicationsMutex;
+
+  std::vector<LaunchedApplication> launchedApplications() override {
+    const std::lock_guard lock(applicationsMutex);
+    return applications;
+  }
   std::uint64_t processBeginning(int process) override { return ended.contains(process) ? 0 : 1; }
   std::vector<MountedVolume> mountedVolumes() override { return volumes; }
   int observeVolumes(Observer observer) override {
