@@ -69,7 +69,6 @@ TEST_F(UpdateWindow, ShowsANewVersionAndKeepsTheResultOfTheOneCheck) {
   serve(home->address(), ini->address());
   launch();
   checkUpdate([&](UpdateWindowController* window) {
-    EXPECT_EQ(shownPanel(window), "checkProgressView");
     EXPECT_TRUE(waitUntil([&] { return shownPanel(window) == "haveUpdateView"; }));
     EXPECT_EQ(window->findChild<QLabel*>("titleLable")->text(),
               "Brisko 9.1 <b>x</b> has been released.");
@@ -108,6 +107,7 @@ TEST_F(UpdateWindow, QuittingEndsACheckUnderWayAfterTheFade) {
   bool wasAsked = false;
   checkUpdate([&](UpdateWindowController* window) {
     QObject::connect(window, &UpdateWindowController::terminateRequested, [&] { wasAsked = true; });
+    EXPECT_EQ(shownPanel(window), "checkProgressView");
     find<QAction>("quit")->trigger();
     EXPECT_TRUE(window->isVisible());
   });
