@@ -118,12 +118,12 @@ Ended run(const std::vector<std::string>& arguments,
   double told = 0;
   for (;;) {
     const pid_t got = ::waitpid(child, &result, progress ? WNOHANG : 0);
-    if (got == child) break;
     if (got < 0 && errno != EINTR) return ended;
-    if (!progress) continue;
-    const double now = aptProgress(contentOf(status));
+    // After the end too: a small package is gone sooner than the first look.
+    const double now = progress ? aptProgress(contentOf(status)) : told;
     if (now > told) progress(told = now);
-    ::usleep(kTick);
+    if (got == child) break;
+    if (progress) ::usleep(kTick);
   }
   ended.status = WIFEXITED(result) ? WEXITSTATUS(result) : 128 + WTERMSIG(result);
   ended.output = contentOf(output);
