@@ -4,6 +4,8 @@ add_library(brisko_options INTERFACE)
 target_compile_options(brisko_options INTERFACE
   -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef
   $<$<BOOL:${BRISKO_WARNINGS_AS_ERRORS}>:-Werror>)
+# The type of a C function loses what its header says besides, see OnDemandLibrary.h; that is all right.
+target_compile_options(brisko_options INTERFACE -Wno-ignored-attributes)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # It takes "text" + std::string(…) for an overlap (GCC bug 105651).
   target_compile_options(brisko_options INTERFACE -Wno-restrict)

@@ -17,15 +17,18 @@ foreach(layer platform engine terminal window)
   target_link_libraries(brisko_${layer} PUBLIC brisko_options)
 endforeach()
 target_link_libraries(brisko_platform PUBLIC fmt::fmt Threads::Threads
-                      PRIVATE spdlog::spdlog PkgConfig::PLIST PkgConfig::MOUNT PkgConfig::UDEV
-                      PkgConfig::SYSTEMD)
-target_link_libraries(brisko_engine PUBLIC brisko_platform
-                      PRIVATE ${CMAKE_DL_LIBS} PkgConfig::SQLITE3)
-target_include_directories(brisko_engine PRIVATE ${CURL_INCLUDE_DIRS})
+                      PRIVATE spdlog::spdlog PkgConfig::PLIST ${CMAKE_DL_LIBS})
+target_link_libraries(brisko_engine PUBLIC brisko_platform)
+# The headers of libraries that are loaded by their first use, see OnDemandLibrary.h.
+target_include_directories(brisko_platform PRIVATE
+  ${MOUNT_INCLUDE_DIRS} ${UDEV_INCLUDE_DIRS} ${SYSTEMD_INCLUDE_DIRS})
+target_include_directories(brisko_engine PRIVATE ${CURL_INCLUDE_DIRS} ${SQLITE3_INCLUDE_DIRS})
 target_link_libraries(brisko_terminal PUBLIC brisko_engine
                       PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_link_libraries(brisko_window PUBLIC brisko_engine Qt6::Widgets
                       PRIVATE Qt6::Svg Qt6::Network Qt6::DBus PkgConfig::XCB)
+# Two large libraries of templates, which every command reads.
+target_precompile_headers(brisko_terminal PRIVATE <CLI/CLI.hpp> <nlohmann/json.hpp>)
 set_target_properties(brisko_window PROPERTIES AUTOMOC ON AUTOUIC ON)
 target_compile_definitions(brisko_window PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
 target_precompile_headers(brisko_window PRIVATE <QtWidgets> <functional> <memory> <string> <vector>)

@@ -1,6 +1,7 @@
 #include "BrowserDatabase.h"
 
 #include "FileDescriptor.h"
+#include "LibSqlite.h"
 #include "PathResolution.h"
 #include "SystemLog.h"
 
@@ -11,7 +12,6 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -99,13 +99,17 @@ std::string textOf(int code, const char* message) {
 
 BrowserDatabase::BrowserDatabase(const std::string& path, Access access) {
   if (open(path, access)) return;
-  sqlite3_close(std::exchange(database_, nullptr));
+  close();
   SystemLog::write(kOpenFailed);
   if (!reason_.empty()) SystemLog::line("Browser database {}: {}", path, reason_);
 }
 
 BrowserDatabase::~BrowserDatabase() {
-  sqlite3_close(database_);
+  close();
+}
+
+void BrowserDatabase::close() {
+  if (database_ != nullptr) sqlite3_close(std::exchange(database_, nullptr));
 }
 
 bool BrowserDatabase::open(const std::string& path, Access access) {
@@ -127,6 +131,10 @@ bool BrowserDatabase::open(const std::string& path, Access access) {
     const Found beside = look(parent, parent.name + suffix);
     if (beside.isMissing || beside.reason.empty()) continue;
     reason_ = "the file beside it, \"" + parent.name + suffix + "\": " + beside.reason;
+    return false;
+  }
+  if (!libsqlite.isThere()) {
+    reason_ = "the library of databases cannot be loaded";
     return false;
   }
   const bool isReading = access == Access::read;

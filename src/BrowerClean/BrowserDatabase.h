@@ -43,6 +43,7 @@ class BrowserDatabase {
 
  private:
   bool open(const std::string& path, Access access);
+  void close();
   bool refuse(int code);
 
   sqlite3* database_ = nullptr;

@@ -1,10 +1,11 @@
 #include "WebRequest.h"
 
+#include "OnDemandLibrary.h"
+
 #include <memory>
 #include <utility>
 
 #include <curl/curl.h>
-#include <dlfcn.h>
 
 namespace brisko {
 namespace {
@@ -13,44 +14,27 @@ constexpr long kRedirections = 3;
 
 using Taker = std::function<bool(std::string_view)>;
 
-/// The library that speaks to the web. It and the forty that it needs are loaded at the first
-/// request: most commands make none, and each would pay eight megabytes for it.
-class CurlLibrary {
- public:
-  /// Null when it is missing or does not start.
-  static const CurlLibrary* get() {
-    static const CurlLibrary library;
-    return library.isReady_ ? &library : nullptr;
-  }
+// It needs forty others in turn.
+constinit OnDemandLibrary libcurl{"libcurl.so.4"};
+BRISKO_ON_DEMAND(libcurl, curl_easy_cleanup);
+BRISKO_ON_DEMAND(libcurl, curl_easy_getinfo);
+BRISKO_ON_DEMAND(libcurl, curl_easy_init);
+BRISKO_ON_DEMAND(libcurl, curl_easy_perform);
+BRISKO_ON_DEMAND(libcurl, curl_easy_setopt);
+BRISKO_ON_DEMAND(libcurl, curl_easy_strerror);
+BRISKO_ON_DEMAND(libcurl, curl_global_init);
+BRISKO_ON_DEMAND(libcurl, curl_slist_append);
+BRISKO_ON_DEMAND(libcurl, curl_slist_free_all);
 
-  decltype(&::curl_easy_init) easyInit = nullptr;
-  decltype(&::curl_easy_cleanup) easyCleanup = nullptr;
-  decltype(&::curl_easy_setopt) easySetopt = nullptr;
-  decltype(&::curl_easy_getinfo) easyGetinfo = nullptr;
-  decltype(&::curl_easy_perform) easyPerform = nullptr;
-  decltype(&::curl_easy_strerror) easyStrerror = nullptr;
-  decltype(&::curl_slist_append) slistAppend = nullptr;
-  decltype(&::curl_slist_free_all) slistFreeAll = nullptr;
+bool curlIsReady() {
+  static const bool isReady =
+      libcurl.isThere() && curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+  return isReady;
+}
 
- private:
-  CurlLibrary() : handle_(::dlopen("libcurl.so.4", RTLD_NOW | RTLD_LOCAL)) {
-    decltype(&::curl_global_init) globalInit = nullptr;
-    isReady_ = handle_ != nullptr && find("curl_easy_init", easyInit) &&
-               find("curl_easy_cleanup", easyCleanup) && find("curl_easy_setopt", easySetopt) &&
-               find("curl_easy_getinfo", easyGetinfo) && find("curl_easy_perform", easyPerform) &&
-               find("curl_easy_strerror", easyStrerror) && find("curl_slist_append", slistAppend) &&
-               find("curl_slist_free_all", slistFreeAll) && find("curl_global_init", globalInit) &&
-               globalInit(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-  }
-
-  template <typename Function>
-  bool find(const char* name, Function& function) {
-    function = reinterpret_cast<Function>(::dlsym(handle_, name));
-    return function != nullptr;
-  }
-
-  void* handle_;
-  bool isReady_ = false;
+struct Release {
+  void operator()(CURL* request) const { curl_easy_cleanup(request); }
+  void operator()(curl_slist* list) const { curl_slist_free_all(list); }
 };
 
 std::size_t handOver(char* bytes, std::size_t size, std::size_t count, void* taker) {
@@ -96,16 +80,14 @@ WebRequest& WebRequest::stopWhen(std::function<bool()> stop) {
 }
 
 WebRequest::Answer WebRequest::get(const Taker& take) const {
-  const CurlLibrary* curl = CurlLibrary::get();
-  if (curl == nullptr) return {0, "the network library cannot be used"};
-  const std::unique_ptr<CURL, decltype(curl->easyCleanup)> request(curl->easyInit(),
-                                                                   curl->easyCleanup);
-  const std::unique_ptr<curl_slist, decltype(curl->slistFreeAll)> headers(
-      curl->slistAppend(nullptr, "Cache-Control: no-cache"), curl->slistFreeAll);
+  if (!curlIsReady()) return {0, "the network library cannot be used"};
+  const std::unique_ptr<CURL, Release> request(curl_easy_init());
+  const std::unique_ptr<curl_slist, Release> headers(
+      curl_slist_append(nullptr, "Cache-Control: no-cache"));
   if (!request || !headers) return {0, "the network library does not start"};
   const bool isPlainAllowed = schemes_ == Schemes::web || isThisMachine(hostOf(address_));
   const auto set = [&](CURLoption option, auto value) {
-    curl->easySetopt(request.get(), option, value);
+    curl_easy_setopt(request.get(), option, value);
   };
   set(CURLOPT_URL, address_.c_str());
   set(CURLOPT_PROTOCOLS_STR, isPlainAllowed ? "http,https" : "https");
@@ -120,10 +102,10 @@ WebRequest::Answer WebRequest::get(const Taker& take) const {
   set(CURLOPT_NOPROGRESS, 0L);
   set(CURLOPT_XFERINFOFUNCTION, &goesOn);
   set(CURLOPT_XFERINFODATA, &stop_);
-  const CURLcode code = curl->easyPerform(request.get());
+  const CURLcode code = curl_easy_perform(request.get());
   long status = 0;
-  curl->easyGetinfo(request.get(), CURLINFO_RESPONSE_CODE, &status);
-  return {static_cast<int>(status), code == CURLE_OK ? "" : curl->easyStrerror(code)};
+  curl_easy_getinfo(request.get(), CURLINFO_RESPONSE_CODE, &status);
+  return {static_cast<int>(status), code == CURLE_OK ? "" : curl_easy_strerror(code)};
 }
 
 }  // namespace brisko

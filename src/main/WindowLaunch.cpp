@@ -1,6 +1,7 @@
 #include "WindowLaunch.h"
 
 #include "Host.h"
+#include "OnDemandLibrary.h"
 #include "ProgramFiles.h"
 
 #include <fmt/format.h>
@@ -16,6 +17,11 @@
 namespace brisko {
 namespace {
 
+constinit OnDemandLibrary libxcb{"libxcb.so.1"};
+BRISKO_ON_DEMAND(libxcb, xcb_connect);
+BRISKO_ON_DEMAND(libxcb, xcb_connection_has_error);
+BRISKO_ON_DEMAND(libxcb, xcb_disconnect);
+
 bool isSet(const char* name) {
   const char* value = std::getenv(name);
   return value != nullptr && *value != '\0';
@@ -24,6 +30,7 @@ bool isSet(const char* name) {
 // A variable that outlived its server (a closed remote session) must not end the program: the
 // toolkit would abort where the terminal can still answer.
 bool xServerAnswers() {
+  if (!libxcb.isThere()) return false;
   xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
   const bool answers = xcb_connection_has_error(connection) == 0;
   xcb_disconnect(connection);

@@ -17,6 +17,10 @@ std::string BusError::text(int status) const {
 }
 
 BusPointer openBus(BusKind kind, std::string& reason) {
+  if (!libsystemd.isThere()) {
+    reason = "the library of the message bus cannot be loaded";
+    return nullptr;
+  }
   sd_bus* opened = nullptr;
   const bool isSystem = kind == BusKind::system;
   const int status = isSystem ? sd_bus_open_system(&opened) : sd_bus_open_user(&opened);

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "LibSystemd.h"
+
 #include <memory>
 #include <string>
-
-#include <systemd/sd-bus.h>
 
 namespace brisko {
 

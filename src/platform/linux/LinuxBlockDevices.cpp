@@ -1,6 +1,7 @@
 #include "LinuxBlockDevices.h"
 
 #include "FileDescriptor.h"
+#include "LibMount.h"
 #include "LinuxDrive.h"
 #include "RegularFile.h"
 
@@ -16,7 +17,6 @@
 #include <tuple>
 
 #include <fcntl.h>
-#include <libmount/libmount.h>
 #include <linux/cdrom.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -163,6 +163,7 @@ dev_t linuxRootDevice() {
       fmt::format("/sys/dev/block/{}:{}", major(status.st_dev), minor(status.st_dev));
   if (fs::exists(entry, error)) return status.st_dev;
   // File systems over several devices have a number that no device has.
+  if (!libmount.isThere()) return 0;
   const std::unique_ptr<libmnt_table, void (*)(libmnt_table*)> table(
       mnt_new_table_from_file("/proc/self/mountinfo"), [](libmnt_table* t) { mnt_unref_table(t); });
   libmnt_fs* root = table ? mnt_table_find_target(table.get(), "/", MNT_ITER_BACKWARD) : nullptr;

@@ -1,3 +1,4 @@
+#include "LibMount.h"
 #include "Medium.h"
 #include "RegularFile.h"
 
@@ -8,7 +9,6 @@
 #include <filesystem>
 #include <memory>
 
-#include <libmount/libmount.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
@@ -24,6 +24,7 @@ std::string registryEntry(dev_t device) {
 // File systems over several devices give their files a number that no device has; the mount table
 // names one of the devices.
 dev_t deviceOfMount(dev_t number) {
+  if (!libmount.isThere()) return 0;
   const std::unique_ptr<libmnt_table, void (*)(libmnt_table*)> table(
       mnt_new_table_from_file("/proc/self/mountinfo"), [](libmnt_table* t) { mnt_unref_table(t); });
   if (!table) return 0;

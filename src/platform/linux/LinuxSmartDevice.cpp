@@ -1,6 +1,7 @@
 #include "LinuxSmartDevice.h"
 
 #include "FileDescriptor.h"
+#include "LibUdev.h"
 #include "LinuxAtaDrive.h"
 #include "LinuxDrive.h"
 #include "LinuxNvmeDrive.h"
@@ -13,7 +14,6 @@
 #include <filesystem>
 
 #include <fcntl.h>
-#include <libudev.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
@@ -29,6 +29,7 @@ constexpr std::size_t kFeatureSetByte = 164;  // word 82
 
 std::string udevProperty(const std::string& folder, const char* key) {
   std::string value;
+  if (!libudev.isThere()) return value;
   udev* context = udev_new();
   udev_device* device =
       context != nullptr ? udev_device_new_from_syspath(context, folder.c_str()) : nullptr;

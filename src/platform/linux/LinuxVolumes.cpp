@@ -1,5 +1,6 @@
 #include "LinuxVolumes.h"
 
+#include "LibMount.h"
 #include "SystemLog.h"
 
 #include <array>
@@ -9,7 +10,6 @@
 #include <set>
 #include <string_view>
 
-#include <libmount/libmount.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/sysmacros.h>
@@ -144,8 +144,12 @@ MountedVolume rootWithoutMount() {
 
 std::vector<MountedVolume> linuxMountedVolumes(const std::string& mountInfo) {
   std::vector<MountedVolume> volumes;
-  std::unique_ptr<libmnt_table, TableDeleter> table(mnt_new_table_from_file(mountInfo.c_str()));
-  std::unique_ptr<libmnt_iter, IteratorDeleter> iterator(mnt_new_iter(MNT_ITER_FORWARD));
+  std::unique_ptr<libmnt_table, TableDeleter> table;
+  std::unique_ptr<libmnt_iter, IteratorDeleter> iterator;
+  if (libmount.isThere()) {
+    table.reset(mnt_new_table_from_file(mountInfo.c_str()));
+    iterator.reset(mnt_new_iter(MNT_ITER_FORWARD));
+  }
   if (!table || !iterator) {
     SystemLog::line("Could not read the mount table: {}", mountInfo);
     return volumes;
