@@ -95,10 +95,10 @@ bool CandidateReader::open(const Candidate& candidate, bool manyInFolder) {
   return false;
 }
 
-// How many of the `length` bytes at `offset` there are.
-std::size_t CandidateReader::fill(std::uint64_t offset, std::size_t length) {
+// How many bytes at `offset` there are, once at least `enough` are; asks for `length`.
+std::size_t CandidateReader::fill(std::uint64_t offset, std::size_t length, std::size_t enough) {
   std::size_t got = 0;
-  while (got < length) {
+  while (got < enough) {
     const ssize_t count =
         pread(file_.get(), buffer_.get() + got, length - got, static_cast<off_t>(offset + got));
     if (count < 0 && errno == EINTR) continue;
@@ -110,7 +110,7 @@ std::size_t CandidateReader::fill(std::uint64_t offset, std::size_t length) {
 }
 
 std::span<const unsigned char> CandidateReader::read(std::uint64_t offset, std::size_t length) {
-  if (fill(offset, length) != length) return {};
+  if (fill(offset, length, length) != length) return {};
   return {buffer_.get(), length};
 }
 
@@ -118,7 +118,8 @@ std::span<const unsigned char> CandidateReader::readWhole(const Candidate& candi
                                                           bool manyInFolder) {
   if (!openUnchecked(candidate, manyInFolder)) return {};
   const auto length = static_cast<std::size_t>(candidate.fileSize);
-  const std::size_t got = fill(0, length + 1);
+  // One byte is asked for that should not be there; being told of all others is the end.
+  const std::size_t got = fill(0, length + 1, length);
   file_.reset();
   if (got != length) return {};
   return {buffer_.get(), length};

@@ -44,7 +44,7 @@ class CandidateReader {
 
  private:
   bool openUnchecked(const Candidate& candidate, bool manyInFolder);
-  std::size_t fill(std::uint64_t offset, std::size_t length);
+  std::size_t fill(std::uint64_t offset, std::size_t length, std::size_t enough);
   int openAt(int folder, const char* name);
   int openByPath(const Candidate& candidate);
   bool enterFolder(const CandidateFolder& folder);
