@@ -346,6 +346,7 @@ TEST_F(DiskutilDisk, EjectUnmountsEverythingAndDetaches) {
     const std::string content = contentOf("/proc/self/mountinfo");
     EXPECT_EQ(content.find(disk.identifier()), std::string::npos) << content;
   });
+  if (IsSkipped()) return;
   EXPECT_FALSE(disk.isAttached());
   EXPECT_NE(::access(disk.node(1).c_str(), F_OK), 0);
 }
