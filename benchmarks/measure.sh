@@ -10,8 +10,9 @@
 #                               wanted (--cold); needs root
 #
 # Each round runs every command once, one after the other, so that what else the machine does meets
-# all of them alike. A first round that does not count warms the caches. What a command prints goes
-# through a pipe, never to a file.
+# all of them alike. The caches are emptied first, where that is allowed: what other trees left in them
+# makes every look-up of a name slower. A first round that does not count warms them. What a command
+# prints goes through a pipe, never to a file.
 
 labels=()
 commands=()
@@ -99,6 +100,7 @@ median() {
 measure() {
   local i round first=0
   rm -f "$work_dir"/figures.*
+  can_empty_caches 2> /dev/null || true
   # An emptied cache needs no round to warm it.
   $cold && first=1
   for ((round = first; round <= runs; ++round)); do

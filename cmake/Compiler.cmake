@@ -15,7 +15,9 @@ target_compile_definitions(brisko_options INTERFACE
   BRISKO_VERSION="${PROJECT_VERSION}"
   $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
 target_compile_options(brisko_options INTERFACE -fstack-protector-strong)
-target_link_options(brisko_options INTERFACE -Wl,-z,relro,-z,now)
+# Each function can be left out alone, and what nothing calls is.
+target_compile_options(brisko_options INTERFACE -ffunction-sections -fdata-sections)
+target_link_options(brisko_options INTERFACE -Wl,-z,relro,-z,now,--gc-sections)
 
 if(BRISKO_SANITIZE)
   target_compile_options(brisko_options INTERFACE -fsanitize=${BRISKO_SANITIZE})

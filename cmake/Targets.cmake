@@ -16,8 +16,10 @@ add_library(brisko_window STATIC)
 foreach(layer platform engine terminal window)
   target_link_libraries(brisko_${layer} PUBLIC brisko_options)
 endforeach()
-target_link_libraries(brisko_platform PUBLIC fmt::fmt Threads::Threads
-                      PRIVATE spdlog::spdlog PkgConfig::PLIST ${CMAKE_DL_LIBS})
+# Formatting and the log's sink are built from their headers, see FormatLibrary.cpp.
+target_link_libraries(brisko_platform PUBLIC Threads::Threads
+                      PRIVATE PkgConfig::PLIST ${CMAKE_DL_LIBS})
+target_compile_definitions(brisko_platform PRIVATE SPDLOG_FMT_EXTERNAL)
 target_link_libraries(brisko_engine PUBLIC brisko_platform)
 # The headers of libraries that are loaded by their first use, see OnDemandLibrary.h.
 target_include_directories(brisko_platform PRIVATE
@@ -27,6 +29,10 @@ target_link_libraries(brisko_terminal PUBLIC brisko_engine
                       PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_link_libraries(brisko_window PUBLIC brisko_engine Qt6::Widgets
                       PRIVATE Qt6::Svg Qt6::Network Qt6::DBus PkgConfig::XCB)
+# What runs once a command, or at the pace of a person, is the better the smaller it is.
+foreach(face terminal window)
+  target_compile_options(brisko_${face} PRIVATE $<$<CONFIG:Release>:-Os>)
+endforeach()
 # Two large libraries of templates, which every command reads.
 target_precompile_headers(brisko_terminal PRIVATE <CLI/CLI.hpp> <nlohmann/json.hpp>)
 set_target_properties(brisko_window PROPERTIES AUTOMOC ON AUTOUIC ON)
