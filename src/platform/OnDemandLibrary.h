@@ -56,5 +56,7 @@ class OnDemandFunction {
 
 /// Inside a namespace: the library's `function` under its own name, so that calls read as ever and
 /// one that was not declared does not link.
-#define BRISKO_ON_DEMAND(library, function) \
-  inline constinit const OnDemandFunction<decltype(&::function)> function{library, #function}
+#define BRISKO_ON_DEMAND(library, function)                                 \
+  inline constinit const OnDemandFunction<decltype(&::function)> function { \
+    library, #function                                                      \
+  }
