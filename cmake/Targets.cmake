@@ -29,10 +29,10 @@ target_link_libraries(brisko_terminal PUBLIC brisko_engine
                       PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_link_libraries(brisko_window PUBLIC brisko_engine Qt6::Widgets
                       PRIVATE Qt6::Svg Qt6::Network Qt6::DBus PkgConfig::XCB)
-# What runs once a command, or at the pace of a person, is the better the smaller it is.
-foreach(face terminal window)
-  target_compile_options(brisko_${face} PRIVATE $<$<CONFIG:Release>:-Os>)
-endforeach()
+# What goes at the pace of a person is the better the smaller it is; the terminal's documents may be
+# long.
+target_compile_options(brisko_terminal PRIVATE $<$<CONFIG:Release>:-O2>)
+target_compile_options(brisko_window PRIVATE $<$<CONFIG:Release>:-Os>)
 # Two large libraries of templates, which every command reads.
 target_precompile_headers(brisko_terminal PRIVATE <CLI/CLI.hpp> <nlohmann/json.hpp>)
 set_target_properties(brisko_window PROPERTIES AUTOMOC ON AUTOUIC ON)
