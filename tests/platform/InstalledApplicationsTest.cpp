@@ -8,8 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 #include <sys/stat.h>
 
 namespace brisko {
@@ -231,26 +229,6 @@ TEST_F(InstalledApplicationsTest, OwnProgramsGoAsTheirImageOrTheirOwnFolderAndNe
   for (const char* id : {"climbs", "stale", "shell"})
     EXPECT_THAT(filesOf(id), ElementsAre("none")) << id;
   EXPECT_NE(host.host().installedApplications->remove(*find("krita"), {}, nullptr), "");
-}
-
-TEST_F(InstalledApplicationsTest, ThreeThousandAreListedInNoTime) {
-  std::string status;
-  for (int i = 0; i < 3000; ++i) {
-    const std::string name = "package" + std::to_string(i);
-    const std::string path = "usr/share/applications/" + name + ".desktop";
-    status += package(name);
-    std::string files;
-    for (int j = 0; j < 100; ++j)
-      files += "/usr/share/doc/" + name + "/file" + std::to_string(j) + "\n";
-    folder.file("var/lib/dpkg/info/" + name + ".list", files + "/" + path + "\n");
-    folder.file(path, entry(name, "/usr/bin/" + name));
-  }
-  folder.file("var/lib/dpkg/status", status);
-  const auto begin = std::chrono::steady_clock::now();
-  EXPECT_EQ(host.host().installedApplications->list().size(), 3000U);
-  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
-  RecordProperty("seconds", std::to_string(took.count()));
-  EXPECT_LT(took.count(), 5.0) << "ten times what it may take where nothing else runs";
 }
 
 }  // namespace

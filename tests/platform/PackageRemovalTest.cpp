@@ -44,16 +44,9 @@ class RunningHost {
   std::unique_ptr<Host> before_;
 };
 
-class PackageRemovalTest : public testing::Test {
+class PackageRemovalTest : public WithTrialPackage {
  protected:
-  void SetUp() override {
-    const std::string why = packages.install("application");
-    if (!why.empty()) GTEST_SKIP() << "because no package can be installed: " << why;
-  }
-
-  const std::string application = TrialPackages::full("application");
   const std::string dependent = TrialPackages::full("dependent");
-  TrialPackages packages;
   RunningHost host;
   InstalledApplications& service = RunningHost::service();
 };
