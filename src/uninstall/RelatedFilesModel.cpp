@@ -45,17 +45,14 @@ struct RelatedFilesModel::Building {
 };
 
 RelatedFilesModel::RelatedFilesModel() {
-  sizes_ = std::make_unique<AppSizes>([this](const AppItems&) {
-    tell(&RelatedFilesModelListener::sizesChanged);
-    if (isWaitingForSizes_ && isMeasured()) startExecutor();
-  });
+  show({});
 }
 
 void RelatedFilesModel::tell(Tell what) {
   if (listener_ != nullptr) (listener_->*what)();
 }
 
-void RelatedFilesModel::open(const AppItems& chosen, AppItems installed) {
+void RelatedFilesModel::setAllRelaltedFiles(const AppItems& chosen, AppItems installed) {
   std::vector<ReviewGroup> groups;
   for (const AppItem& item : chosen) {
     ReviewGroup& group = groups.emplace_back();
@@ -77,37 +74,16 @@ void RelatedFilesModel::open(const AppItems& chosen, AppItems installed) {
   });
 }
 
-void RelatedFilesModel::setAllRelaltedFiles(const std::vector<AppItems>& lists) {
-  std::vector<ReviewGroup> groups;
-  for (const AppItems& list : lists) {
-    ReviewGroup& group = groups.emplace_back();
-    if (!list.empty()) {
-      group.item = list.front();
-      group.title = list.front()->name;
-    }
-    group.entries = list;
-    group.isReady = true;
-  }
-  show(std::move(groups));
-  for (const ReviewGroup& group : groups_) {
-    for (const AppItem& entry : group.entries)
-      if (entry->startsTicked) select(entry);
-  }
-  tell(&RelatedFilesModelListener::ticksChanged);
-}
-
-std::vector<AppItems> RelatedFilesModel::allRelaltedFiles() const {
-  std::vector<AppItems> lists;
-  for (const ReviewGroup& group : groups_)
-    lists.push_back(group.entries);
-  return lists;
-}
-
 void RelatedFilesModel::show(std::vector<ReviewGroup> groups) {
   if (building_) {
     building_->stop = true;
     building_->model = nullptr;
   }
+  // What is still being measured for another review is of no use any more.
+  sizes_ = std::make_unique<AppSizes>([this](const AppItems&) {
+    tell(&RelatedFilesModelListener::sizesChanged);
+    if (isWaitingForSizes_ && isMeasured()) startExecutor();
+  });
   groups_ = std::move(groups);
   selectDeletePath_.clear();
   ticked_.clear();
