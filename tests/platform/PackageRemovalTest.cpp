@@ -61,6 +61,7 @@ TEST_F(PackageRemovalTest, ExactlyWhatWasShownGoes) {
   ASSERT_EQ(alone.refusal, "");
   EXPECT_THAT(alone.removes, ElementsAre(application));
   EXPECT_THAT(alone.alsoRemoves, IsEmpty());
+  EXPECT_THAT(alone.leavesUnused, IsEmpty()) << "what was of no use before is not its doing";
 
   ASSERT_EQ(packages.install("dependent", "Depends: " + application + "\n"), "");
   const std::string before = TrialPackages::all();
