@@ -116,9 +116,11 @@ AppItem installedItem(const UninstallModel& model, const std::string& argument,
   if (argument.find('/') == std::string::npos && !argument.empty()) {
     if (AppItem item = listedAs(model, argument, command)) return item;
   }
-  throw WrongUsage(
-      fmt::format("{}: {}: {}", command, argument,
-                  place.empty() ? std::strerror(error) : "not an application, widget or plug-in"));
+  const bool isName = argument.find('/') == std::string::npos;
+  const char* why = !place.empty() ? "not an application, widget or plug-in"
+                    : isName       ? "no such file, and no identifier of an application"
+                                   : std::strerror(error);
+  throw WrongUsage(fmt::format("{}: {}: {}", command, argument, why));
 }
 
 }  // namespace brisko
