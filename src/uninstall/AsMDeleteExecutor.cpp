@@ -30,6 +30,13 @@ RemovalReport failure(std::string reason, RemovalOutcome outcome = RemovalOutcom
   return report;
 }
 
+// With an entry before it.
+RemovalReport alreadyGone() {
+  RemovalReport report;
+  report.outcome = RemovalOutcome::removed;
+  return report;
+}
+
 RemovalReport notShown() {
   return failure("It is not the item that was shown any more.", RemovalOutcome::changed);
 }
@@ -54,6 +61,7 @@ void AsMDeleteExecutor::executeDelete(AppItems items) {
   trashFiles_ = std::move(items);
   staying_.clear();
   gonePackages_.clear();
+  goneFiles_.clear();
   stop_ = false;
   Dispatch::global([self = shared_from_this()] {
     for (const AppItem& item : self->trashFiles_) {
@@ -77,9 +85,11 @@ bool AsMDeleteExecutor::removeTrahFile(const AppItem& item) {
   if (item->owner && staying_.contains(item->owner.get())) {
     return tell(item, failure("The application stays, and so does what belongs to it."));
   }
+  if (item->owner && goneFiles_.contains(item->path)) return tell(item, alreadyGone());
   const bool isPackage = item->role == AMAppItem::Role::package;
   const bool isRemoved = isPackage ? removePackage(item) : removeFile(item);
   if (!isRemoved && item->host) staying_.insert(item->host.get());
+  if (isRemoved && item->owner) goneFiles_.insert(item->path);
   return isRemoved;
 }
 
@@ -116,8 +126,7 @@ bool AsMDeleteExecutor::removeFile(const AppItem& item) {
 // The package manager asks for the right by itself, and looks again at what it is about to do.
 bool AsMDeleteExecutor::removePackage(const AppItem& item) {
   const InstalledApplication& host = *item->host;
-  RemovalReport report;
-  report.outcome = RemovalOutcome::removed;
+  RemovalReport report = alreadyGone();
   if (gonePackages_.contains(packageKey(host))) return tell(item, report);
   UninstallPlan plan = *item->plan;
   report.freedBytes = item->bytes;

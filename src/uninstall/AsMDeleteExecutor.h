@@ -22,7 +22,8 @@ namespace brisko {
 /// does: it takes the right, and then counts as removed, as the tool would have it.
 ///
 /// What belongs to an application of the host stays when the application itself could not go. A
-/// package that an earlier entry's removal took along counts as removed with it.
+/// package that an earlier entry's removal took along counts as removed with it, and so does what
+/// belongs to several of them.
 ///
 /// To be made by `make`: the work holds on to it.
 class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor> {
@@ -75,7 +76,8 @@ class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor>
 
   std::shared_ptr<Delegate> delegate_;
   AppItems trashFiles_;
-  std::set<const InstalledApplication*> staying_;      ///< of the host's, those that could not go
+  std::set<const InstalledApplication*> staying_;  ///< of the host's, those that could not go
+  std::set<std::string> goneFiles_;  ///< paths of what belonged to the host's applications
   std::map<std::string, std::uint64_t> gonePackages_;  ///< by key, with the bytes counted for each
   std::atomic<bool> stop_ = false;
   Authorization::Reference authorizationRef_ = 0;

@@ -3,6 +3,7 @@
 #include "CommUti.h"
 #include "Dispatch.h"
 #include "Host.h"
+#include "HostApplications.h"
 
 #include <fmt/format.h>
 
@@ -180,9 +181,17 @@ std::string RelatedFilesModel::sizeText(std::size_t group) const {
 
 std::uint64_t RelatedFilesModel::selectedBytes() const {
   std::unordered_set<std::string> known;
+  // A package's figure holds what goes along with it.
+  std::set<std::string> along;
+  for (const AppItem& entry : selectDeletePath_) {
+    if (!entry->plan) continue;
+    for (const std::string& name : entry->plan->alsoRemoves)
+      along.insert(packageKey(*entry->host, name));
+  }
   std::uint64_t sum = 0;
   for (const AppItem& entry : selectDeletePath_) {
-    if (known.insert(entry->path).second) sum += entry->bytes;
+    const bool isCounted = entry->plan && along.contains(packageKey(*entry->host));
+    if (!isCounted && known.insert(entry->path).second) sum += entry->bytes;
   }
   return sum;
 }

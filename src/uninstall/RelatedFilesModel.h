@@ -74,7 +74,7 @@ class RelatedFilesModel {
   /// The ticked entries, in the order of ticking. They are removed in that of the review.
   const AppItems& selectDeletePath() const { return selectDeletePath_; }
   bool uninstallButtonEnabled() const { return !selectDeletePath_.empty() && isComplete(); }
-  std::uint64_t selectedBytes() const;  ///< as listed; what is listed twice counts once
+  std::uint64_t selectedBytes() const;  ///< as listed; what goes but once counts once
   std::size_t selectedCount() const;    ///< likewise
   /// What is to be known before it is removed: running applications, and refusals.
   std::vector<std::string> warnings() const;

@@ -233,15 +233,20 @@ TEST_F(Review, PackagesThatGoTogetherAreRemovedOnceInAnyOrder) {
   const AppItem plugin = hostItem(package("plugin", "Plugin"));
   InstalledApplication further = package("viewer", "Viewer");
   further.packageName = "base";
+  further.keys = {"base"};
   const AppItem viewer = hostItem(further);
   installed->plans["base"].alsoRemoves = {"plugin"};
   installed->plans["base"].bytes = 3'000'000;
   installed->plans["plugin"].bytes = 1'000'000;
+  const Environment config("XDG_CONFIG_HOME", (root / "config").c_str());
   for (const AppItems& chosen : {AppItems{base, plugin, viewer}, AppItems{plugin, base, viewer}}) {
     installed->removed.clear();
+    root.file("config/base");
     open(chosen, chosen);
+    EXPECT_EQ(model.selectedBytes(), 3'000'000U);
     remove();
     EXPECT_TRUE(model.failures().empty());
+    EXPECT_EQ(authorization->prompts, 0) << "not for the settings that both have";
     EXPECT_THAT(installed->removed, testing::UnorderedElementsAre("base", "plugin"));
     for (const AppItem& item : chosen)
       EXPECT_TRUE(model.hasRemovedPackage(*item)) << item->name;
