@@ -1,11 +1,11 @@
 #include "BrowerTableModel.h"
 
+#include "ApplicationIcon.h"
 #include "ImageLookup.h"
 #include "InternetModel.h"
 #include "LocalizedString.h"
 #include "Theme.h"
 
-#include <QIcon>
 #include <QPainter>
 
 namespace brisko {
@@ -15,12 +15,6 @@ constexpr int kIconSide = 24;
 constexpr int kIconRole = Qt::UserRole + 20;
 
 }  // namespace
-
-QIcon applicationIcon(const std::string& name) {
-  if (name.empty()) return {};
-  const QString text = QString::fromStdString(name);
-  return name.front() == '/' ? QIcon(text) : QIcon::fromTheme(text);
-}
 
 void BrowerTableModel::reloadData(const Browsers& rows) {
   beginResetModel();
@@ -106,7 +100,7 @@ void BrowserDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   painter->setOpacity(1);
   QRect area = option.rect.adjusted(Space::tiny, 0, -Space::medium, 0);
   const QRect place(area.left(), area.center().y() - kIconSide / 2 + 1, kIconSide, kIconSide);
-  const QIcon icon = applicationIcon(index.data(kIconRole).toString().toStdString());
+  const QIcon& icon = applicationIcon(index.data(kIconRole).toString().toStdString());
   if (icon.isNull()) {
     ImageLookup::paint(painter, "ic_internet", QRectF(place).adjusted(2, 2, -2, -2));
   } else {

@@ -45,7 +45,4 @@ class BrowserDelegate : public EntryDelegate {
              const QModelIndex& index) const override;
 };
 
-/// The icon of an application: a name of the icon theme or a path; null when there is none.
-QIcon applicationIcon(const std::string& name);
-
 }  // namespace brisko

@@ -1,6 +1,7 @@
 #include "InternetViewController.h"
 
 #include "APFSScanWindowController.h"
+#include "ApplicationIcon.h"
 #include "BrowerTableModel.h"
 #include "CloseInterViewEndWindowController.h"
 #include "ImageCheckBox.h"
@@ -180,7 +181,7 @@ void InternetViewController::changeDetail() {
     return;
   }
   ui_->nameLabel->setText(displayText(browser->name));
-  const QIcon icon = applicationIcon(browser->iconImage);
+  const QIcon& icon = applicationIcon(browser->iconImage);
   const QPixmap image =
       icon.isNull() ? ImageLookup::pixmap("ic_internet", QSize(kHeadIconSide, kHeadIconSide),
                                           getView()->devicePixelRatioF())

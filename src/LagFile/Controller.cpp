@@ -1,12 +1,11 @@
 #include "Controller.h"
 
 #include "FileFilter.h"
+#include "FileURL.h"
 #include "Host.h"
 #include "Progress.h"
 #include "ProtectedPaths.h"
 #include "SystemFolder.h"
-
-#include <fmt/format.h>
 
 #include <utility>
 
@@ -81,16 +80,7 @@ void Controller::openFileWithFileNode(const FileNode* node) {
 void Controller::pereviewFileWithFileNode(const FileNode* node) {
   Workspace* workspace = Host::current().workspace.get();
   if (node == nullptr || workspace == nullptr || node->_path().empty()) return;
-  // An address takes few bytes as they are.
-  std::string address = "file://";
-  for (const char byte : node->_path()) {
-    const bool isPlain = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
-                         (byte >= '0' && byte <= '9') || byte == '/' || byte == '.' ||
-                         byte == '-' || byte == '_' || byte == '~';
-    address +=
-        isPlain ? std::string(1, byte) : fmt::format("%{:02X}", static_cast<unsigned char>(byte));
-  }
-  workspace->openAddress(address);
+  workspace->openAddress(fileURL(node->_path()));
 }
 
 }  // namespace brisko

@@ -1,5 +1,6 @@
 #include "TaskTableModel.h"
 
+#include "ApplicationIcon.h"
 #include "EntryTable.h"
 #include "ImageLookup.h"
 #include "LocalizedString.h"
@@ -60,23 +61,21 @@ int TaskTableModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : count;
 }
 
-QIcon TaskTableModel::iconOf(const std::string& image) const {
-  const QString key = QString::fromStdString(image);
-  auto found = icons_.find(key);
-  if (found == icons_.end()) {
-    QIcon icon = key.startsWith(u'/') ? QIcon(key) : QIcon::fromTheme(key);
-    if (icon.isNull()) icon = ImageLookup::icon("ic_window");
-    found = icons_.insert(key, icon);
-  }
-  return *found;
+QIcon TaskTableModel::iconOf(const std::string& image) {
+  const QIcon& icon = applicationIcon(image);
+  return icon.isNull() ? ImageLookup::icon("ic_window") : icon;
 }
 
 QVariant TaskTableModel::sortValue(const TaskManagerInfo& row, int column) {
   switch (column) {
-    case cpu: return std::atof(row.procCpu.c_str());
-    case memory: return static_cast<qulonglong>(std::strtoull(row.procVss.c_str(), nullptr, 10));
-    case time: return secondsOf(row.procETime);
-    default: return QString::fromStdString(row.name);
+    case cpu:
+      return std::atof(row.procCpu.c_str());
+    case memory:
+      return static_cast<qulonglong>(std::strtoull(row.procVss.c_str(), nullptr, 10));
+    case time:
+      return secondsOf(row.procETime);
+    default:
+      return QString::fromStdString(row.name);
   }
 }
 

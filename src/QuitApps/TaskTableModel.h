@@ -3,7 +3,6 @@
 #include "TaskManagerInfo.h"
 
 #include <QAbstractTableModel>
-#include <QHash>
 #include <QIcon>
 
 #include <vector>
@@ -28,11 +27,10 @@ class TaskTableModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  QIcon iconOf(const std::string& image) const;
+  static QIcon iconOf(const std::string& image);
   static QVariant sortValue(const TaskManagerInfo& row, int column);
 
   std::vector<TaskManagerInfo> rows_;
-  mutable QHash<QString, QIcon> icons_;
 };
 
 }  // namespace brisko

@@ -25,8 +25,4 @@ int LIAEAddRefAtEnd(const FSRef& item, bool hidden);
 /// `index` from 0; -50 for one that does not exist.
 int LIAERemove(std::size_t index);
 
-/// The "file" address of a path, and back; empty for what is none.
-std::string fileURL(const std::string& path);
-std::string pathOfFileURL(const std::string& url);
-
 }  // namespace brisko

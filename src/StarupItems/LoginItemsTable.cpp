@@ -1,5 +1,6 @@
 #include "LoginItemsTable.h"
 
+#include "ApplicationIcon.h"
 #include "EntryTable.h"
 #include "FocusRing.h"
 #include "ImageLookup.h"
@@ -9,7 +10,6 @@
 #include "Theme.h"
 
 #include <QHeaderView>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -19,10 +19,6 @@ namespace {
 constexpr int kKindWidth = 132;
 constexpr int kBoxWidth = 88;
 constexpr int kIconSide = 24;
-
-QIcon iconOf(const QString& name) {
-  return name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name);
-}
 
 void drawImage(QPainter* painter, const char* name, const QRectF& cell, Theme::Token tint) {
   QRectF area(0, 0, 20, 20);
@@ -107,7 +103,7 @@ void LoginItemsDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     }
     case LoginItemsTableModel::name: {
       const QRect place(area.left(), area.center().y() - kIconSide / 2 + 1, kIconSide, kIconSide);
-      const QIcon icon = iconOf(index.data(ImageNameRole).toString());
+      const QIcon& icon = applicationIcon(index.data(ImageNameRole).toString().toStdString());
       if (icon.isNull()) {
         ImageLookup::paint(painter, "ic_window", QRectF(place).adjusted(2, 2, -2, -2));
       } else {

@@ -1,5 +1,6 @@
 #include "UKLoginItemRegistry.h"
 
+#include "FileURL.h"
 #include "LoginItems.h"
 #include "SystemLog.h"
 

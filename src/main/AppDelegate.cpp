@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 
 #include "CommUti.h"
+#include "FileURL.h"
 #include "Host.h"
 #include "LeftCellViewCtr.h"
 #include "LeftViewCtl.h"

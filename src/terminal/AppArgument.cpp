@@ -6,6 +6,7 @@
 #include "Host.h"
 #include "Interruption.h"
 #include "Output.h"
+#include "PathNames.h"
 #include "RelatedAppFilesScanner.h"
 #include "UninstallModel.h"
 #include "fileAttrbItem.h"
@@ -21,10 +22,6 @@
 
 namespace brisko {
 namespace {
-
-bool isBelow(const std::string& path, const std::string& folder) {
-  return path.starts_with(folder + "/");
-}
 
 // Absolute and free of links but for the last name, which may be one: that link is what is meant.
 // Empty, with errno, when there is nothing.
@@ -59,13 +56,26 @@ std::string placeBelowRoot(const std::string& argument) {
   return isBelow(place, folders.root()) ? place : "";
 }
 
-// The first of them, as the list has it; null when there is none.
-AppItem listed(const UninstallModel& model, std::string AMAppItem::*field,
-               const std::string& value) {
+// As the list has it; null when there is none.
+AppItem listedAt(const UninstallModel& model, const std::string& path) {
   for (const AppItem& item : model.everything()) {
-    if ((*item).*field == value) return item;
+    if (item->path == path) return item;
   }
   return nullptr;
+}
+
+// Null when none has it. Of several it would be chance which one goes.
+AppItem listedAs(const UninstallModel& model, const std::string& identifier, const char* command) {
+  AppItem found;
+  for (const AppItem& item : model.everything()) {
+    if (item->bundleID != identifier) continue;
+    if (found) {
+      throw WrongUsage(
+          fmt::format("{}: {}: several have this identifier; give a path", command, identifier));
+    }
+    found = item;
+  }
+  return found;
 }
 
 // A folder, or a link to one; only packed extensions are files.
@@ -96,7 +106,7 @@ AppItem installedItem(const UninstallModel& model, const std::string& argument,
   const std::string place = placeBelowRoot(argument);
   const int error = errno;
   if (!place.empty()) {
-    if (AppItem item = listed(model, &AMAppItem::path, place)) return item;
+    if (AppItem item = listedAt(model, place)) return item;
     if (isBundle(place)) {
       AppItem item = RelatedAppFilesScanner::constructItem(place, 1);
       if (!item->isSystemApp) return item;
@@ -104,11 +114,13 @@ AppItem installedItem(const UninstallModel& model, const std::string& argument,
     }
   }
   if (argument.find('/') == std::string::npos && !argument.empty()) {
-    if (AppItem item = listed(model, &AMAppItem::bundleID, argument)) return item;
+    if (AppItem item = listedAs(model, argument, command)) return item;
   }
-  throw WrongUsage(
-      fmt::format("{}: {}: {}", command, argument,
-                  place.empty() ? std::strerror(error) : "not an application, widget or plug-in"));
+  const bool isName = argument.find('/') == std::string::npos;
+  const char* why = !place.empty() ? "not an application, widget or plug-in"
+                    : isName       ? "no such file, and no identifier of an application"
+                                   : std::strerror(error);
+  throw WrongUsage(fmt::format("{}: {}: {}", command, argument, why));
 }
 
 }  // namespace brisko

@@ -12,8 +12,8 @@ class UninstallModel;
 bool scanInstalled(UninstallModel& model);
 
 /// The item that an argument of `command` means: the path of a bundle or of a listed application,
-/// or the identifier of a listed one. Throws WrongUsage for anything else, and for parts of the
-/// system.
+/// or the identifier of a listed one that no other has. Throws WrongUsage for anything else, and
+/// for parts of the system.
 AppItem installedItem(const UninstallModel& model, const std::string& argument,
                       const char* command);
 

@@ -1,7 +1,7 @@
 #include "AppsReport.h"
 
 #include "CommUti.h"
-#include "Host.h"
+#include "HostApplications.h"
 #include "InstalledApplications.h"
 #include "Output.h"
 #include "SystemLog.h"
@@ -77,7 +77,7 @@ Json entryJson(const RelatedFilesModel& model, const AppItem& entry) {
 
 Json entriesJson(const RelatedFilesModel& model) {
   Json items = Json::array();
-  for (const ReviewGroup& group : model.groups()) {
+  for (const ReviewGroup& group : model.allRelaltedFiles()) {
     for (const AppItem& entry : group.entries)
       items.push_back(entryJson(model, entry));
   }
@@ -110,8 +110,18 @@ std::string entryLine(const RelatedFilesModel& model, const AppItem& entry, cons
 }
 
 bool isStillThere(const RelatedFilesModel& model, const AMAppItem& entry) {
-  return entry.role == Role::package ? model.isStillInstalled(entry)
+  return entry.role == Role::package ? !model.hasRemovedPackage(entry)
                                      : FileIdentity::at(entry.path).has_value();
+}
+
+// Of the shown list; what is one package counts once.
+std::uint64_t bytesOf(const AppItems& items) {
+  std::set<std::string> packages;
+  std::uint64_t sum = 0;
+  for (const AppItem& item : items) {
+    if (!item->host || packages.insert(packageKey(*item->host)).second) sum += item->bytes;
+  }
+  return sum;
 }
 
 std::string widened(const std::string& text, std::size_t width) {
@@ -140,9 +150,7 @@ std::string AppsReport::list(const UninstallModel& model) const {
                      rightAligned("Size", kSizeColumns) + "  Identifier") +
            "\n";
   }
-  std::uint64_t sum = 0;
   for (const AppItem& item : model.showListArr()) {
-    sum += item->bytes;
     text += style.bold(widened(escapedForDisplay(item->name), names)) +
             widened(escapedForDisplay(item->bundleVersion), versions) +
             style.accent(rightAligned(item->size, kSizeColumns)) + "  " +
@@ -150,14 +158,14 @@ std::string AppsReport::list(const UninstallModel& model) const {
   }
   const char* noun = model.appsType() == 0 ? "application" : "item";
   return text + fmt::format("{}, {}.\n", counted(model.showListArr().size(), noun),
-                            CommUti::longlongDiskSize(sum));
+                            CommUti::longlongDiskSize(bytesOf(model.showListArr())));
 }
 
 std::string AppsReport::groupsText(const RelatedFilesModel& model) const {
   const Style style = Style::ofStandardOutput();
   std::string text;
-  for (std::size_t i = 0; i < model.groups().size(); ++i) {
-    const ReviewGroup& group = model.groups()[i];
+  for (std::size_t i = 0; i < model.allRelaltedFiles().size(); ++i) {
+    const ReviewGroup& group = model.allRelaltedFiles()[i];
     text += fmt::format("{}  {}\n", style.bold(escapedForDisplay(group.title)),
                         style.accent(model.sizeText(i)));
     for (const AppItem& entry : group.entries)
@@ -202,6 +210,9 @@ std::vector<UninstallFailure> AppsReport::stayed(const RelatedFilesModel& model,
                                    [&](const auto& one) { return one.path == entry->path; });
     // What an interrupt left out was not tried.
     if (told != model.failures().end()) failures.push_back(*told);
+  }
+  for (const ReviewGroup& group : model.allRelaltedFiles()) {
+    if (!group.refusal.empty()) failures.push_back({group.entries.front()->path, group.refusal});
   }
   return failures;
 }

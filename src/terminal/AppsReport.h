@@ -25,7 +25,7 @@ class AppsReport {
   /// What the removal of `entries` did. They are looked at again: what is not there any more was
   /// removed, whoever did it.
   std::string outcome(const RelatedFilesModel& model, const AppItems& entries) const;
-  /// The entries that are still there, and why.
+  /// The entries that are still there or must stay, and why.
   static std::vector<UninstallFailure> stayed(const RelatedFilesModel& model,
                                               const AppItems& entries);
 

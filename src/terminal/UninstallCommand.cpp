@@ -29,7 +29,7 @@ bool reviewArguments(UninstallModel& model, RelatedFilesModel& review,
     if (isNew) chosen.push_back(std::move(item));
   }
   ProgressLine progress;
-  review.open(chosen, model.everything());
+  review.setAllRelaltedFiles(chosen, model.everything());
   Dispatch::runUntil([&] {
     if (progress.isDue()) progress.show("Looking for related files", "");
     return (review.isComplete() && review.isMeasured()) || Interruption::happened();
@@ -65,10 +65,7 @@ int UninstallCommand::remove(RelatedFilesModel& review, const GlobalOptions& glo
   }
   if (!writeOut(AppsReport(global.json).outcome(review, entries))) return kNotDone;
   if (Interruption::happened()) return kInterrupted;
-  const bool isRefused =
-      std::any_of(review.groups().begin(), review.groups().end(),
-                  [](const ReviewGroup& group) { return !group.refusal.empty(); });
-  return AppsReport::stayed(review, entries).empty() && !isRefused ? kDone : kNotDone;
+  return AppsReport::stayed(review, entries).empty() ? kDone : kNotDone;
 }
 
 int UninstallCommand::execute(const GlobalOptions& global) {

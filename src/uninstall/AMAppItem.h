@@ -49,7 +49,7 @@ struct AMAppItem {
   bool canBeTicked = true;   ///< in a review; false for what must stay
   std::shared_ptr<const InstalledApplication> host;  ///< an application with a desktop entry
   std::shared_ptr<const UninstallPlan> plan;         ///< with Role::package
-  /// With Role::relatedFile: the host's application that it belongs to. It stays when that does.
+  /// The host's application that it belongs to. It stays when that cannot go.
   std::shared_ptr<const InstalledApplication> owner;
 
   /// All fields of the first part from its arguments; nothing is kept of the dictionary.

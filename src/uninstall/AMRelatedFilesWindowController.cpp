@@ -9,6 +9,11 @@
 #include <utility>
 
 namespace brisko {
+namespace {
+
+constexpr qsizetype kMostWarnings = 4;
+
+}  // namespace
 
 AMRelatedFilesWindowController::AMRelatedFilesWindowController(QWidget* parent)
     : PanelWindow(parent),
@@ -37,7 +42,7 @@ AMRelatedFilesWindowController::~AMRelatedFilesWindowController() {
 }
 
 bool AMRelatedFilesWindowController::review(const AppItems& chosen, AppItems installed) {
-  model_.open(chosen, std::move(installed));
+  model_.setAllRelaltedFiles(chosen, std::move(installed));
   tree_->reloadData();
   if (tree_->rowCount() > 0) {
     ui_->outlineView->expand(tree_->index(0, 0));
@@ -46,7 +51,9 @@ bool AMRelatedFilesWindowController::review(const AppItems& chosen, AppItems ins
   ui_->outlineView->setFocus();
   showWarnings();
   showButton();
-  return exec() == Accepted;
+  if (exec() == Accepted) return true;
+  uninstallEnd();
+  return false;
 }
 
 void AMRelatedFilesWindowController::clickedDeleteBtn() {
@@ -59,7 +66,8 @@ void AMRelatedFilesWindowController::selectRemoveLanguage(const QModelIndex& ind
   if (entry < 0) {
     model_.selectRemoveLanguage(group);
   } else {
-    model_.selectRemoveLanguage(model_.groups()[group].entries[static_cast<std::size_t>(entry)]);
+    model_.selectRemoveLanguage(
+        model_.allRelaltedFiles()[group].entries[static_cast<std::size_t>(entry)]);
   }
 }
 
@@ -93,6 +101,11 @@ void AMRelatedFilesWindowController::showWarnings() {
   QStringList lines;
   for (const std::string& warning : model_.warnings())
     lines << displayText(warning);
+  // The rows say it too; the window has to stay on the screen.
+  if (const auto more = lines.size() - kMostWarnings; more > 0) {
+    lines.resize(kMostWarnings);
+    lines << filledIn(getLocalizedString("And %@ more"), QString::number(more));
+  }
   const bool wasHidden = ui_->warningView->isHidden();
   ui_->warningLabel->setText(lines.join(QLatin1Char('\n')));
   ui_->warningView->setVisible(!lines.isEmpty());
@@ -104,10 +117,21 @@ void AMRelatedFilesWindowController::showWarnings() {
 void AMRelatedFilesWindowController::doRemove() {
   model_.doRemove();
   if (!model_.isRemoving()) return;
+  showProgress();
+  uninstallEnd();
+}
+
+void AMRelatedFilesWindowController::showProgress() {
   uninstallPWC_ = std::make_unique<UninstallProgressWindowController>(parentWidget());
   uninstallPWC_->exec();
   uninstallPWC_.reset();
+}
+
+// The tree must not stand for rows that the model has forgotten: a hidden view still asks for them
+// when the theme changes.
+void AMRelatedFilesWindowController::uninstallEnd() {
   model_.uninstallEnd();
+  tree_->reloadData();
 }
 
 void AMRelatedFilesWindowController::progressChanged() {

@@ -32,8 +32,6 @@ class AMRelatedFilesWindowController : public PanelWindow, private RelatedFilesM
   void clickedCancelBtn() { reject(); }
 
   RelatedFilesModel& model() { return model_; }
-  /// The progress window while it is shown; else null.
-  UninstallProgressWindowController* uninstallPWC() const { return uninstallPWC_.get(); }
 
  private:
   void groupFilled(std::size_t group) override;
@@ -45,11 +43,13 @@ class AMRelatedFilesWindowController : public PanelWindow, private RelatedFilesM
   void selectRemoveLanguage(const QModelIndex& index);
   void showButton();
   void showWarnings();
+  void showProgress();
+  void uninstallEnd();
 
   RelatedFilesModel model_;
   std::unique_ptr<Ui::AMRelatedFilesWindowController> ui_;
   RelatedFilesTree* tree_;
-  std::unique_ptr<UninstallProgressWindowController> uninstallPWC_;
+  std::unique_ptr<UninstallProgressWindowController> uninstallPWC_;  ///< while it is shown
 };
 
 }  // namespace brisko

@@ -3,9 +3,12 @@
 #include "DeletablePermission.h"
 #include "Dispatch.h"
 #include "Host.h"
+#include "HostApplications.h"
+#include "InstalledApplications.h"
 #include "PrivilegedRemoval.h"
 #include "SystemLog.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace brisko {
@@ -27,22 +30,15 @@ RemovalReport failure(std::string reason, RemovalOutcome outcome = RemovalOutcom
   return report;
 }
 
-RemovalReport notShown() {
-  return failure("It is not the item that was shown any more.", RemovalOutcome::changed);
+// With an entry before it.
+RemovalReport alreadyGone() {
+  RemovalReport report;
+  report.outcome = RemovalOutcome::removed;
+  return report;
 }
 
-RemovalReport removedAs(const AMAppItem& item) {
-  // Permissions are given only to what may go at all.
-  if (auto refusal = RemovalEngine().refusal(item.path)) {
-    SystemLog::line("Remove failed: {}: {}", item.path, refusal->reason);
-    return *std::move(refusal);
-  }
-  if (!item.identity) {
-    return FileIdentity::at(item.path) ? notShown()
-                                       : failure("It is not there.", RemovalOutcome::missing);
-  }
-  const DeletablePermission permission(item.path, item.identity);
-  return RemovalEngine().remove(item.path, item.identity);
+RemovalReport notShown() {
+  return failure("It is not the item that was shown any more.", RemovalOutcome::changed);
 }
 
 // Whether the administrator's right may make a difference; for what is gone it is defined to.
@@ -64,6 +60,8 @@ AsMDeleteExecutor::~AsMDeleteExecutor() {
 void AsMDeleteExecutor::executeDelete(AppItems items) {
   trashFiles_ = std::move(items);
   staying_.clear();
+  gonePackages_.clear();
+  goneFiles_.clear();
   stop_ = false;
   Dispatch::global([self = shared_from_this()] {
     for (const AppItem& item : self->trashFiles_) {
@@ -87,10 +85,26 @@ bool AsMDeleteExecutor::removeTrahFile(const AppItem& item) {
   if (item->owner && staying_.contains(item->owner.get())) {
     return tell(item, failure("The application stays, and so does what belongs to it."));
   }
+  if (item->owner && goneFiles_.contains(item->path)) return tell(item, alreadyGone());
   const bool isPackage = item->role == AMAppItem::Role::package;
   const bool isRemoved = isPackage ? removePackage(item) : removeFile(item);
   if (!isRemoved && item->host) staying_.insert(item->host.get());
+  if (isRemoved && item->owner) goneFiles_.insert(item->path);
   return isRemoved;
+}
+
+RemovalReport AsMDeleteExecutor::removedAs(const AMAppItem& item) const {
+  // Permissions are given only to what may go at all.
+  if (auto refusal = RemovalEngine().refusal(item.path)) {
+    SystemLog::line("Remove failed: {}: {}", item.path, refusal->reason);
+    return *std::move(refusal);
+  }
+  if (!item.identity) {
+    return FileIdentity::at(item.path) ? notShown()
+                                       : failure("It is not there.", RemovalOutcome::missing);
+  }
+  const DeletablePermission permission(item.path, item.identity);
+  return RemovalEngine().remove(item.path, item.identity, &stop_);
 }
 
 bool AsMDeleteExecutor::removeFile(const AppItem& item) {
@@ -102,7 +116,7 @@ bool AsMDeleteExecutor::removeFile(const AppItem& item) {
     refused.freedBytes = report.freedBytes;
     return tell(item, refused);
   }
-  RemovalReport privileged = removeAsAdministrator(item->path, item->identity);
+  RemovalReport privileged = authDeleteAtPath(item->path, item->identity);
   privileged.freedBytes += report.freedBytes;
   const bool removed = tell(item, privileged);
   if (!removed) SystemLog::line("Clean file by authorization failed: {}", item->path);
@@ -111,15 +125,28 @@ bool AsMDeleteExecutor::removeFile(const AppItem& item) {
 
 // The package manager asks for the right by itself, and looks again at what it is about to do.
 bool AsMDeleteExecutor::removePackage(const AppItem& item) {
+  const InstalledApplication& host = *item->host;
+  RemovalReport report = alreadyGone();
+  if (gonePackages_.contains(packageKey(host))) return tell(item, report);
+  UninstallPlan plan = *item->plan;
+  report.freedBytes = item->bytes;
+  // What went before is not in the plan any more, and was counted then.
+  std::erase_if(plan.alsoRemoves, [&](const std::string& name) {
+    const auto gone = gonePackages_.find(packageKey(host, name));
+    if (gone == gonePackages_.end()) return false;
+    report.freedBytes -= std::min(report.freedBytes, gone->second);
+    return true;
+  });
   const std::string reason = Host::current().installedApplications->remove(
-      *item->host, *item->plan, [&](double part) { delegate_->packageProgressed(item, part); });
-  if (!reason.empty()) SystemLog::line("Remove failed: {}: {}", item->host->packageName, reason);
-  RemovalReport report = failure(reason);
-  if (reason.empty()) {
-    report.outcome = RemovalOutcome::removed;
-    report.freedBytes = item->bytes;
-    report.removedItems = 1;
+      host, plan, [&](double part) { delegate_->packageProgressed(item, part); });
+  if (!reason.empty()) {
+    SystemLog::line("Remove failed: {}: {}", host.packageName, reason);
+    return tell(item, failure(reason));
   }
+  gonePackages_.emplace(packageKey(host), report.freedBytes);
+  for (const std::string& name : plan.alsoRemoves)
+    gonePackages_.emplace(packageKey(host, name), 0);
+  report.removedItems = 1;
   return tell(item, report);
 }
 
@@ -162,12 +189,8 @@ void AsMDeleteExecutor::freeAuthorization() {
   authForm_ = {};
 }
 
-bool AsMDeleteExecutor::authDeleteAtPath(const std::string& path) {
-  return removeAsAdministrator(path, FileIdentity::at(path)).removed();
-}
-
-RemovalReport AsMDeleteExecutor::removeAsAdministrator(const std::string& path,
-                                                       const std::optional<FileIdentity>& shown) {
+RemovalReport AsMDeleteExecutor::authDeleteAtPath(const std::string& path,
+                                                  const std::optional<FileIdentity>& shown) {
   PrivilegedPlace place = privilegedPlace(path);
   if (place.end) {
     // "rm -rf" has nothing to say about it. It is not run: whatever comes there now was not shown.

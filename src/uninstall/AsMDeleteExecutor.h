@@ -5,8 +5,10 @@
 #include "Removal.h"
 
 #include <atomic>
-#include <functional>
+#include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -19,7 +21,9 @@ namespace brisko {
 /// the item any more that was shown, never reaches the privileged step. An entry whose path is gone
 /// does: it takes the right, and then counts as removed, as the tool would have it.
 ///
-/// What belongs to an application of the host stays when the application itself could not go.
+/// What belongs to an application of the host stays when the application itself could not go. A
+/// package that an earlier entry's removal took along counts as removed with it, and so does what
+/// belongs to several of them.
 ///
 /// To be made by `make`: the work holds on to it.
 class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor> {
@@ -41,7 +45,7 @@ class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor>
 
   /// Removes these in their order, in the background.
   void executeDelete(AppItems items);
-  /// Ends it before the next entry.
+  /// Ends it: a tree in the middle, which then keeps the rest; a package manager's work never.
   void stop() { stop_ = true; }
 
   /// Removes one entry and tells the delegate. Logs "Alloc authorization failed!!!" and
@@ -56,8 +60,9 @@ class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor>
   /// Logs "Creat authorization failed: %d", "Copy authorization failed: %d" and
   /// "Get authoriztion failed: %d", and gives the handle all the same.
   Authorization::Reference authorizationRef();
-  /// Removes with the right that is held. True when nothing is at the path any more.
-  bool authDeleteAtPath(const std::string& path);
+  /// Removes what is at the path with the right that is held, while it is the item that was
+  /// `shown`. Removed too when nothing is there any more.
+  RemovalReport authDeleteAtPath(const std::string& path, const std::optional<FileIdentity>& shown);
   /// Gives the right back; "Free authorization failed: %d" is logged.
   void freeAuthorization();
 
@@ -66,13 +71,14 @@ class AsMDeleteExecutor : public std::enable_shared_from_this<AsMDeleteExecutor>
 
   bool removePackage(const AppItem& item);
   bool removeFile(const AppItem& item);
+  RemovalReport removedAs(const AMAppItem& item) const;
   bool tell(const AppItem& item, const RemovalReport& report);
-  RemovalReport removeAsAdministrator(const std::string& path,
-                                      const std::optional<FileIdentity>& shown);
 
   std::shared_ptr<Delegate> delegate_;
   AppItems trashFiles_;
   std::set<const InstalledApplication*> staying_;  ///< of the host's, those that could not go
+  std::set<std::string> goneFiles_;  ///< paths of what belonged to the host's applications
+  std::map<std::string, std::uint64_t> gonePackages_;  ///< by key, with the bytes counted for each
   std::atomic<bool> stop_ = false;
   Authorization::Reference authorizationRef_ = 0;
   bool isValidAuth_ = false;

@@ -2,7 +2,14 @@
 
 #include "Host.h"
 
+#include <fmt/format.h>
+
 namespace brisko {
+namespace {
+
+using Kind = InstalledApplication::Kind;
+
+}  // namespace
 
 AppItems hostApplicationItems() {
   AppItems items;
@@ -28,11 +35,22 @@ AppItems hostApplicationItems() {
   return items;
 }
 
+bool isOfPackage(const AMAppItem& item) {
+  return item.host && item.host->kind != Kind::files;
+}
+
+std::string packageKey(const InstalledApplication& application) {
+  const bool isFiles = application.kind == Kind::files;
+  return packageKey(application, isFiles ? application.path : application.packageName);
+}
+
+std::string packageKey(const InstalledApplication& application, const std::string& packageName) {
+  return fmt::format("{} {} {}", static_cast<int>(application.kind),
+                     application.isForUser ? "user" : "system", packageName);
+}
+
 bool isSamePackage(const AMAppItem& one, const AMAppItem& other) {
-  if (!one.host || !other.host || one.host->kind != other.host->kind) return false;
-  if (one.host->kind == InstalledApplication::Kind::files) return one.path == other.path;
-  return one.host->packageName == other.host->packageName &&
-         one.host->isForUser == other.host->isForUser;
+  return one.host && other.host && packageKey(*one.host) == packageKey(*other.host);
 }
 
 }  // namespace brisko

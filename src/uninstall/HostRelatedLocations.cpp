@@ -1,7 +1,7 @@
 #include "HostRelatedLocations.h"
 
+#include "AppNames.h"
 #include "Host.h"
-#include "JunkLocation.h"
 #include "Resources.h"
 #include "SystemLog.h"
 
@@ -13,11 +13,6 @@ namespace {
 
 constexpr const char* kTableName = "HostRelatedLocations.plist";
 constexpr std::string_view kKey = "${KEY}";
-
-std::string withoutBlanks(std::string text) {
-  std::erase(text, ' ');
-  return text;
-}
 
 // A placeholder stands at the start of a location only, so that its value is all that is trusted.
 // Nothing for an unknown one.
@@ -40,7 +35,7 @@ std::string take(const PropertyList& entry, HostRelatedLocation& row, std::strin
       row.isWhole = value.boolean();
     } else if (key == "exclude" && value.isArray()) {
       for (const PropertyList& name : value.array())
-        row.excluded.push_back(lowerCase(name.string()));
+        row.excluded.push_back(lowerCased(name.string()));
     } else {
       return "unknown key or value: " + key;
     }
@@ -53,13 +48,13 @@ std::string take(const PropertyList& entry, HostRelatedLocation& row, std::strin
 }  // namespace
 
 bool HostRelatedLocation::matches(std::string_view entry, std::string_view key) const {
-  if (withoutBlanks(std::string(key)).empty()) return false;
+  if (withoutBlanks(key).empty()) return false;
   std::string wanted = pattern;
   wanted.replace(wanted.find(kKey), kKey.size(), key);
   if (isWhole) return entry == wanted;
-  const std::string name = lowerCase(std::string(entry));
+  const std::string name = lowerCased(entry);
   if (std::find(excluded.begin(), excluded.end(), name) != excluded.end()) return false;
-  wanted = lowerCase(wanted);
+  wanted = lowerCased(wanted);
   return name.starts_with(wanted) || name.starts_with(withoutBlanks(wanted));
 }
 

@@ -3,6 +3,7 @@
 #include "CommUti.h"
 #include "Dispatch.h"
 #include "Host.h"
+#include "HostApplications.h"
 
 #include <fmt/format.h>
 
@@ -45,17 +46,14 @@ struct RelatedFilesModel::Building {
 };
 
 RelatedFilesModel::RelatedFilesModel() {
-  sizes_ = std::make_unique<AppSizes>([this](const AppItems&) {
-    tell(&RelatedFilesModelListener::sizesChanged);
-    if (isWaitingForSizes_ && isMeasured()) startExecutor();
-  });
+  show({});
 }
 
 void RelatedFilesModel::tell(Tell what) {
   if (listener_ != nullptr) (listener_->*what)();
 }
 
-void RelatedFilesModel::open(const AppItems& chosen, AppItems installed) {
+void RelatedFilesModel::setAllRelaltedFiles(const AppItems& chosen, AppItems installed) {
   std::vector<ReviewGroup> groups;
   for (const AppItem& item : chosen) {
     ReviewGroup& group = groups.emplace_back();
@@ -77,37 +75,16 @@ void RelatedFilesModel::open(const AppItems& chosen, AppItems installed) {
   });
 }
 
-void RelatedFilesModel::setAllRelaltedFiles(const std::vector<AppItems>& lists) {
-  std::vector<ReviewGroup> groups;
-  for (const AppItems& list : lists) {
-    ReviewGroup& group = groups.emplace_back();
-    if (!list.empty()) {
-      group.item = list.front();
-      group.title = list.front()->name;
-    }
-    group.entries = list;
-    group.isReady = true;
-  }
-  show(std::move(groups));
-  for (const ReviewGroup& group : groups_) {
-    for (const AppItem& entry : group.entries)
-      if (entry->startsTicked) select(entry);
-  }
-  tell(&RelatedFilesModelListener::ticksChanged);
-}
-
-std::vector<AppItems> RelatedFilesModel::allRelaltedFiles() const {
-  std::vector<AppItems> lists;
-  for (const ReviewGroup& group : groups_)
-    lists.push_back(group.entries);
-  return lists;
-}
-
 void RelatedFilesModel::show(std::vector<ReviewGroup> groups) {
   if (building_) {
     building_->stop = true;
     building_->model = nullptr;
   }
+  // What is still being measured for another review is of no use any more.
+  sizes_ = std::make_unique<AppSizes>([this](const AppItems&) {
+    tell(&RelatedFilesModelListener::sizesChanged);
+    if (isWaitingForSizes_ && isMeasured()) startExecutor();
+  });
   groups_ = std::move(groups);
   selectDeletePath_.clear();
   ticked_.clear();
@@ -204,9 +181,17 @@ std::string RelatedFilesModel::sizeText(std::size_t group) const {
 
 std::uint64_t RelatedFilesModel::selectedBytes() const {
   std::unordered_set<std::string> known;
+  // A package's figure holds what goes along with it.
+  std::set<std::string> along;
+  for (const AppItem& entry : selectDeletePath_) {
+    if (!entry->plan) continue;
+    for (const std::string& name : entry->plan->alsoRemoves)
+      along.insert(packageKey(*entry->host, name));
+  }
   std::uint64_t sum = 0;
   for (const AppItem& entry : selectDeletePath_) {
-    if (known.insert(entry->path).second) sum += entry->bytes;
+    const bool isCounted = entry->plan && along.contains(packageKey(*entry->host));
+    if (!isCounted && known.insert(entry->path).second) sum += entry->bytes;
   }
   return sum;
 }

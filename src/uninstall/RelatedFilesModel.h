@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -52,12 +53,8 @@ class RelatedFilesModel {
 
   /// Shows one group for each chosen item, and fills them one after the other. `installed` is
   /// everything that is installed, to tell what is shared.
-  void open(const AppItems& chosen, AppItems installed);
-  /// Shows these lists, the item first in each, all measured.
-  void setAllRelaltedFiles(const std::vector<AppItems>& lists);
-  std::vector<AppItems> allRelaltedFiles() const;
-
-  const std::vector<ReviewGroup>& groups() const { return groups_; }
+  void setAllRelaltedFiles(const AppItems& chosen, AppItems installed);
+  const std::vector<ReviewGroup>& allRelaltedFiles() const { return groups_; }
   /// Whether everything has been looked for; until then nothing can be removed.
   bool isComplete() const;
   bool isMeasured() const { return sizes_->pending() == 0; }
@@ -74,10 +71,10 @@ class RelatedFilesModel {
   void selectRemoveLanguage(const AppItem& entry);
   void selectRemoveLanguage(std::size_t group);
 
-  /// The ticked entries, in the order of their removal.
+  /// The ticked entries, in the order of ticking. They are removed in that of the review.
   const AppItems& selectDeletePath() const { return selectDeletePath_; }
   bool uninstallButtonEnabled() const { return !selectDeletePath_.empty() && isComplete(); }
-  std::uint64_t selectedBytes() const;  ///< as listed; what is listed twice counts once
+  std::uint64_t selectedBytes() const;  ///< as listed; what goes but once counts once
   std::size_t selectedCount() const;    ///< likewise
   /// What is to be known before it is removed: running applications, and refusals.
   std::vector<std::string> warnings() const;
@@ -104,10 +101,10 @@ class RelatedFilesModel {
   std::uint64_t freedBytes() const { return freedBytes_; }  ///< what the file system gave back
   const std::vector<UninstallFailure>& failures() const { return failures_; }
   bool wasStopped() const { return wasStopped_; }
-  /// The items of the list whose package was to go and is still there.
-  bool isStillInstalled(const AMAppItem& listed) const;
+  /// Whether the package of an application of the host went, by itself or along with another.
+  bool hasRemovedPackage(const AMAppItem& listed) const;
 
-  /// The user has seen the end: forgets everything.
+  /// The user has seen the end, or wants no removal: forgets what is reviewed.
   void uninstallEnd();
 
  private:
@@ -149,7 +146,7 @@ class RelatedFilesModel {
   int progress_ = 0;
   std::string pathLabel_;
   std::vector<UninstallFailure> failures_;
-  AppItems goneHere_;  ///< packages that were removed
+  std::set<std::string> gonePackages_;  ///< their keys
 };
 
 }  // namespace brisko

@@ -8,7 +8,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace brisko {
@@ -64,7 +63,12 @@ void RelatedFilesModel::doRemove() {
     bridge_ = std::make_shared<Bridge>(this);
     deleteExecutor_ = AsMDeleteExecutor::make(bridge_);
   }
-  selectedRelatedFiles_ = selectDeletePath_;
+  // As the review has them, not as they were ticked: what belongs to a package waits for its end.
+  selectedRelatedFiles_.clear();
+  for (const ReviewGroup& group : groups_) {
+    for (const AppItem& entry : group.entries)
+      if (ticked_.contains(entry.get())) selectedRelatedFiles_.push_back(entry);
+  }
   isRemoving_ = true;
   isEnded_ = false;
   wasStopped_ = false;
@@ -75,7 +79,7 @@ void RelatedFilesModel::doRemove() {
   progress_ = kFirstProgress;
   pathLabel_.clear();
   failures_.clear();
-  goneHere_.clear();
+  gonePackages_.clear();
   // What is freed is told by the sizes as shown, so they have to be there first.
   isWaitingForSizes_ = !isMeasured();
   if (!isWaitingForSizes_) startExecutor();
@@ -95,7 +99,11 @@ void RelatedFilesModel::stop() {
 
 void RelatedFilesModel::deleteRelatedFile(const AppItem& item, const RemovalReport& report) {
   totalSize_ += CommUti::volSpaceFromString(item->size);
-  if (item->role == AMAppItem::Role::package) goneHere_.push_back(item);
+  if (item->role == AMAppItem::Role::package) {
+    gonePackages_.insert(packageKey(*item->host));
+    for (const std::string& name : item->plan->alsoRemoves)
+      gonePackages_.insert(packageKey(*item->host, name));
+  }
   advance(item, report);
 }
 
@@ -138,10 +146,8 @@ std::string RelatedFilesModel::messageLabel() const {
       freedText());
 }
 
-bool RelatedFilesModel::isStillInstalled(const AMAppItem& listed) const {
-  if (!listed.host || listed.host->kind == InstalledApplication::Kind::files) return false;
-  return std::none_of(goneHere_.begin(), goneHere_.end(),
-                      [&](const AppItem& gone) { return isSamePackage(*gone, listed); });
+bool RelatedFilesModel::hasRemovedPackage(const AMAppItem& listed) const {
+  return isOfPackage(listed) && gonePackages_.contains(packageKey(*listed.host));
 }
 
 void RelatedFilesModel::uninstallEnd() {

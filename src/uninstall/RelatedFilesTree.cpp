@@ -16,12 +16,11 @@ namespace {
 using ItemRole = AMAppItem::Role;
 
 QString bundleTag(const AMAppItem& entry) {
-  const std::string extension(pathExtension(entry.path));
+  const std::string_view extension = pathExtension(entry.path);
   if (extension == "app") return getLocalizedString("Application");
   if (extension == "wdgt") return getLocalizedString("Widget");
-  const bool isPlugin =
-      entry.identity && entry.identity->kind == FileKind::directory && !entry.host;
-  return getLocalizedString(isPlugin ? "Plug-in" : "Program");
+  if (entry.host) return getLocalizedString("Program");
+  return getLocalizedString(extension == "desktop" ? "Menu entry" : "Plug-in");
 }
 
 QString tagOf(const AMAppItem& entry) {
@@ -130,7 +129,7 @@ RelatedFilesTree::RelatedFilesTree(RelatedFilesModel& model, QObject* parent)
 void RelatedFilesTree::reloadData() {
   beginResetModel();
   rows_.clear();
-  for (const ReviewGroup& group : model_.groups())
+  for (const ReviewGroup& group : model_.allRelaltedFiles())
     rows_.push_back(static_cast<int>(group.entries.size()));
   endResetModel();
 }
@@ -138,7 +137,7 @@ void RelatedFilesTree::reloadData() {
 void RelatedFilesTree::groupFilled(std::size_t group) {
   if (group >= rows_.size()) return;
   const QModelIndex at = index(static_cast<int>(group), CheckBox);
-  const int rows = static_cast<int>(model_.groups()[group].entries.size());
+  const int rows = static_cast<int>(model_.allRelaltedFiles()[group].entries.size());
   if (rows > 0) {
     beginInsertRows(at, 0, rows - 1);
     rows_[group] = rows;
@@ -198,7 +197,7 @@ QVariant RelatedFilesTree::data(const QModelIndex& index, int role) const {
 
 QVariant RelatedFilesTree::groupData(const QModelIndex& index, int role) const {
   const auto group = static_cast<std::size_t>(index.row());
-  const ReviewGroup& shown = model_.groups()[group];
+  const ReviewGroup& shown = model_.allRelaltedFiles()[group];
   switch (role) {
     case Qt::DisplayRole:
       if (index.column() == Name) return displayText(shown.title);
@@ -226,7 +225,7 @@ QVariant RelatedFilesTree::groupData(const QModelIndex& index, int role) const {
 }
 
 QVariant RelatedFilesTree::entryData(const QModelIndex& index, int role) const {
-  const ReviewGroup& group = model_.groups()[static_cast<std::size_t>(groupOf(index))];
+  const ReviewGroup& group = model_.allRelaltedFiles()[static_cast<std::size_t>(groupOf(index))];
   const AppItem& entry = group.entries[static_cast<std::size_t>(index.row())];
   switch (role) {
     case Qt::DisplayRole:

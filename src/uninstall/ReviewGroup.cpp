@@ -2,8 +2,10 @@
 
 #include "AppNames.h"
 #include "Host.h"
+#include "HostApplications.h"
 #include "HostRelatedLocations.h"
 #include "InstalledNames.h"
+#include "PathNames.h"
 #include "Removal.h"
 #include "fileAttrbItem.h"
 
@@ -11,6 +13,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
+#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -20,14 +24,15 @@ namespace {
 using Role = AMAppItem::Role;
 using Kind = InstalledApplication::Kind;
 
-bool isIn(const std::string& path, const std::string& folder) {
-  return path == folder || (path.starts_with(folder) && path[folder.size()] == '/');
-}
-
-bool isRunning(const AMAppItem& item, const LaunchedApplication& application) {
-  if (!item.bundleID.empty() && application.bundleIdentifier == item.bundleID) return true;
-  const bool isProgram = !item.host || item.host->kind == Kind::files;
-  return isProgram && isIn(application.path, item.path);
+// Whether the item is open. A process knows its program by the place that no link leads to.
+bool isRunning(const AMAppItem& item, const std::vector<LaunchedApplication>& running) {
+  std::error_code error;
+  const std::string place = std::filesystem::canonical(item.path, error);
+  const bool isProgram = !error && !isOfPackage(item);
+  return std::any_of(running.begin(), running.end(), [&](const LaunchedApplication& application) {
+    if (!item.bundleID.empty() && application.bundleIdentifier == item.bundleID) return true;
+    return isProgram && (application.path == place || isBelow(application.path, place));
+  });
 }
 
 AppItem made(const std::string& path, SizeTime sizes) {
@@ -79,6 +84,8 @@ class HostGroup {
         entry->name = group_.item->name;
         entry->image = group_.item->image;
         entry->host = group_.item->host;
+      } else {
+        entry->owner = group_.item->host;
       }
       group_.entries.push_back(std::move(entry));
     }
@@ -135,7 +142,8 @@ class HostGroup {
       if (isNew) known->second = relatedItem(location.folder + "/" + entry, entry);
       AMAppItem& item = *known->second;
       if (!isClose || !item.sharedWith.empty() || !item.canBeTicked) continue;
-      item.startsTicked = true;
+      // What stays keeps its settings, unless the user says so.
+      item.startsTicked = group_.refusal.empty();
       item.note.clear();
     }
   }
@@ -185,9 +193,7 @@ ReviewGroup makeReviewGroup(const AppItem& item, const InstalledNames& names,
   ReviewGroup group;
   group.item = item;
   group.title = item->name;
-  group.isRunning = std::any_of(running.begin(), running.end(), [&](const auto& application) {
-    return isRunning(*item, application);
-  });
+  group.isRunning = isRunning(*item, running);
   if (item->host) {
     HostGroup(group, names, sizes).build();
   } else {

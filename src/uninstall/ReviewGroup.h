@@ -26,7 +26,8 @@ struct ReviewGroup {
 ///
 /// Entries of the library locations start ticked, whoever else they may belong to. Of the host's
 /// own locations those start unticked that also fit another installed application, that fit by the
-/// shown name alone or in the middle of a word, and those that may not be removed.
+/// shown name alone or in the middle of a word, those that may not be removed, and all of an
+/// application that must stay.
 ReviewGroup makeReviewGroup(const AppItem& item, const InstalledNames& names,
                             const std::vector<LaunchedApplication>& running, SizeTime sizes);
 

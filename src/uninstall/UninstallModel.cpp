@@ -2,80 +2,24 @@
 
 #include "AppNames.h"
 #include "AppScanner.h"
+#include "AppSearch.h"
 #include "CommUti.h"
-#include "Dispatch.h"
 #include "HostApplications.h"
+#include "RelatedFilesModel.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <mutex>
 #include <utility>
 
 namespace brisko {
-namespace {
-
-using Clock = std::chrono::steady_clock;
-
-// Rows come in batches: one update per application would keep the window busy.
-constexpr std::chrono::milliseconds kBatch{30};
-
-}  // namespace
-
-/// One search of the folders, shared with its background block.
-struct UninstallModel::Scan {
-  std::atomic<bool> stop = false;
-  UninstallModel* model = nullptr;  // the main thread's
-  std::array<std::vector<std::string>, kTypes> paths;
-  std::vector<int> types;
-
-  static void run(const std::shared_ptr<Scan>& scan);
-  static void hand(const std::shared_ptr<Scan>& scan, int type, AppItems& batch);
-};
-
-void UninstallModel::Scan::hand(const std::shared_ptr<Scan>& scan, int type, AppItems& batch) {
-  if (batch.empty()) return;
-  Dispatch::mainAsync([scan, type, items = std::exchange(batch, {})]() mutable {
-    if (scan->model != nullptr) scan->model->take(type, std::move(items));
-  });
-}
-
-void UninstallModel::Scan::run(const std::shared_ptr<Scan>& scan) {
-  const AppScanner scanner(scan->stop);
-  for (const int type : scan->types) {
-    AppItems batch;
-    auto lastHanded = Clock::now();
-    for (const std::string& path : scan->paths[static_cast<std::size_t>(type)]) {
-      scanner.search(type, path, [&](AppItem item) {
-        batch.push_back(std::move(item));
-        if (Clock::now() - lastHanded < kBatch) return;
-        lastHanded = Clock::now();
-        hand(scan, type, batch);
-      });
-    }
-    hand(scan, type, batch);
-    if (type != 0 || scan->stop) continue;
-    // The host's own follow those in bundles.
-    AppItems host = hostApplicationItems();
-    hand(scan, type, host);
-  }
-  Dispatch::mainAsync([scan] {
-    if (scan->model != nullptr) scan->model->scanEnded();
-  });
-}
 
 UninstallModel::UninstallModel() {
   sizes_ = std::make_unique<AppSizes>(
       [this](const AppItems&) { tell(&UninstallModelListener::sizesChanged); });
 }
 
-UninstallModel::~UninstallModel() {
-  if (!scan_) return;
-  scan_->stop = true;
-  scan_->model = nullptr;
-}
+UninstallModel::~UninstallModel() = default;
 
 void UninstallModel::tell(Tell what) {
   if (listener_ != nullptr) (listener_->*what)();
@@ -85,28 +29,32 @@ void UninstallModel::tell(Tell what) {
 
 void UninstallModel::begimScanFile() {
   if (isBusy()) return;
+  for (int each = 0; each < kTypes; ++each)
+    searchPaths_[static_cast<std::size_t>(each)] = appSearchPaths(each);
+  getApplications();
+}
+
+void UninstallModel::getApplications() {
   isScan_ = true;
-  startScan({0, 1, 2});
+  startSearch({0, 1, 2});
 }
 
 void UninstallModel::refButtonAction() {
-  if (isBusy()) return;
-  startScan({appsType_});
+  if (!isBusy()) startSearch({appsType_});
 }
 
-void UninstallModel::startScan(std::vector<int> types) {
+void UninstallModel::startSearch(const std::vector<int>& types) {
+  std::vector<AppSearch::Part> parts;
   for (const int each : types) {
     const auto of = static_cast<std::size_t>(each);
-    searchPaths_[of] = appSearchPaths(each);
     clearTicks(of);
     lists_[of].clear();
+    parts.push_back({each, searchPaths_[of]});
   }
-  scan_ = std::make_shared<Scan>();
-  scan_->model = this;
-  scan_->types = std::move(types);
-  scan_->paths = searchPaths_;
+  search_ = std::make_unique<AppSearch>(
+      std::move(parts), [this](int of, AppItems items) { take(of, std::move(items)); },
+      [this] { searchEnded(); });
   showAll();
-  Dispatch::global([scan = scan_] { Scan::run(scan); });
 }
 
 void UninstallModel::take(int of, AppItems items) {
@@ -120,8 +68,8 @@ void UninstallModel::take(int of, AppItems items) {
   tell(&UninstallModelListener::pageChanged);
 }
 
-void UninstallModel::scanEnded() {
-  scan_.reset();
+void UninstallModel::searchEnded() {
+  search_.reset();
   isScan_ = false;
   tell(&UninstallModelListener::pageChanged);
 }
@@ -268,48 +216,35 @@ void UninstallModel::didClickTableColumn(UninstallColumn column) {
 AppItems UninstallModel::uninstallAppButtonAction() {
   if (isBusy()) return {};
   isUninsatllOne_ = false;
-  return ticked();
+  chosenType_ = type();
+  return chosen_ = ticked();
 }
 
 AppItems UninstallModel::oneAppRemove(std::size_t row) {
   if (isBusy() || row >= showListArr_.size()) return {};
   isUninsatllOne_ = true;
+  chosenType_ = type();
   selectRow_ = static_cast<std::int32_t>(row);
-  return {showListArr_[row]};
+  return chosen_ = {showListArr_[row]};
 }
 
-void UninstallModel::completeCleanRelatedFiles(const RelatedFilesModel* still) {
-  AppItems gone;
-  if (!isUninsatllOne_) {
-    gone = ticked();
-  } else if (selectRow_ >= 0 && static_cast<std::size_t>(selectRow_) < showListArr_.size()) {
-    gone = {showListArr_[static_cast<std::size_t>(selectRow_)]};
-  }
-  if (still != nullptr) {
-    std::erase_if(gone, [&](const AppItem& item) { return still->isStillInstalled(*item); });
-  }
-  dropFromLists(gone);
-  if (!isUninsatllOne_) clearTicks(type());
-  showAll();
-}
-
-// With a package go all its entries.
-void UninstallModel::dropFromLists(const AppItems& gone) {
-  std::unordered_set<const AMAppItem*> items;
-  for (const AppItem& item : gone)
-    items.insert(item.get());
+void UninstallModel::completeCleanRelatedFiles(const RelatedFilesModel& removal) {
+  std::unordered_set<const AMAppItem*> chosen;
+  for (const AppItem& item : std::exchange(chosen_, {}))
+    chosen.insert(item.get());
+  // A package takes all its entries and other packages with it; one that is still there stays.
   const auto isGone = [&](const AppItem& item) {
-    if (items.contains(item.get())) return true;
-    return item->host && std::any_of(gone.begin(), gone.end(), [&](const AppItem& other) {
-             return isSamePackage(*other, *item);
-           });
+    return isOfPackage(*item) ? removal.hasRemovedPackage(*item) : chosen.contains(item.get());
   };
-  std::erase_if(lists_[type()], isGone);
-  std::erase_if(ticked_[type()], [&](const AppItem& item) {
-    const bool leaves = isGone(item);
-    if (leaves) isTicked_.erase(item.get());
-    return leaves;
-  });
+  const auto leaves = [&](const AppItem& item) {
+    const bool isLeaving = isGone(item);
+    if (isLeaving) isTicked_.erase(item.get());
+    return isLeaving;
+  };
+  if (!isUninsatllOne_) clearTicks(chosenType_);
+  std::erase_if(ticked_[chosenType_], leaves);
+  std::erase_if(lists_[chosenType_], leaves);
+  showAll();
 }
 
 }  // namespace brisko

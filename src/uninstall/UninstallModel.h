@@ -2,7 +2,6 @@
 
 #include "AMAppItem.h"
 #include "AppSizes.h"
-#include "RelatedFilesModel.h"
 
 #include <array>
 #include <cstddef>
@@ -13,6 +12,9 @@
 #include <vector>
 
 namespace brisko {
+
+class AppSearch;
+class RelatedFilesModel;
 
 enum class UninstallColumn : int {
   CheckBox,
@@ -55,14 +57,13 @@ class UninstallModel {
 
   // Finding what is installed.
 
-  /// Looks up the folders and starts the initial scan. Once.
+  /// Looks up the folders and starts the initial scan.
   void begimScanFile();
   /// Searches the current type's folders again.
   void refButtonAction();
   bool isScan() const { return isScan_; }
   /// The initial scan or a refresh is at work; ticking, sorting and removing are refused meanwhile.
-  bool isBusy() const { return scan_ != nullptr; }
-  const std::array<std::vector<std::string>, kTypes>& searchPaths() const { return searchPaths_; }
+  bool isBusy() const { return search_ != nullptr; }
 
   // What is shown.
 
@@ -128,23 +129,22 @@ class UninstallModel {
   AppItems uninstallAppButtonAction();
   /// A row's trash button: the row alone.
   AppItems oneAppRemove(std::size_t row);
-  bool isUninsatllOne() const { return isUninsatllOne_; }
-  /// A removal has ended: takes what it was started for out of the lists. Applications of the
-  /// host's package manager stay when they are `still` installed.
-  void completeCleanRelatedFiles(const RelatedFilesModel* still = nullptr);
+  /// A removal has ended: takes what it was started for out of its type's lists, whatever was
+  /// ticked, sorted or filtered since. Applications of the host's package manager go exactly when
+  /// `removal` has taken their package.
+  void completeCleanRelatedFiles(const RelatedFilesModel& removal);
 
  private:
-  struct Scan;
   using Tell = void (UninstallModelListener::*)();
 
   std::size_t type() const { return static_cast<std::size_t>(appsType_); }
   void tell(Tell what);
-  void startScan(std::vector<int> types);
+  void getApplications();
+  void startSearch(const std::vector<int>& types);
   void take(int type, AppItems items);
-  void scanEnded();
+  void searchEnded();
   void showAll();
   void clearTicks(std::size_t of);
-  void dropFromLists(const AppItems& gone);
 
   UninstallModelListener* listener_ = nullptr;
   std::array<std::vector<std::string>, kTypes> searchPaths_;
@@ -152,7 +152,7 @@ class UninstallModel {
   std::array<AppItems, kTypes> ticked_;
   std::unordered_set<const AMAppItem*> isTicked_;  ///< of all types
   AppItems showListArr_;
-  std::shared_ptr<Scan> scan_;
+  std::unique_ptr<AppSearch> search_;
   std::unique_ptr<AppSizes> sizes_;
   std::string searchText_;
   std::int32_t appsType_ = 0;
@@ -160,6 +160,8 @@ class UninstallModel {
   bool isScan_ = false;
   bool isSort_ = false;
   bool isUninsatllOne_ = false;
+  AppItems chosen_;  ///< of the removal that is under way
+  std::size_t chosenType_ = 0;
   UninstallColumn aTableColumn_ = UninstallColumn::none;
   const char* indicator_ = "";
 };

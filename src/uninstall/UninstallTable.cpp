@@ -91,7 +91,7 @@ UninstallTable::UninstallTable(QWidget* parent) : EntryTable(parent) {
 
 void UninstallTable::setItems(UninstallTableModel* items) {
   setEntries(items, static_cast<int>(Column::appname));
-  constexpr int kWidths[] = {52, 0, 100, 100, 76, 184, 52};
+  constexpr int kWidths[] = {52, 0, 116, 100, 76, 184, 52};
   for (int column = 0; column < items->columnCount(); ++column) {
     if (kWidths[column] > 0) horizontalHeader()->resizeSection(column, kWidths[column]);
   }

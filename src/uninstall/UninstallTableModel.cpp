@@ -67,6 +67,7 @@ QVariant UninstallTableModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       if (column == Column::uninstall) return getLocalizedString("Uninstall");
       if (column == Column::appname) return toolTipText(displayText(item.path));
+      if (column == Column::version) return toolTipText(displayText(item.bundleVersion));
       return column == Column::bundleID ? toolTipText(displayText(item.bundleID)) : QVariant();
     case Qt::TextAlignmentRole:
       return static_cast<int>(column == Column::Size ? Qt::AlignRight : Qt::AlignLeft);

@@ -10,6 +10,8 @@
 #include <QShortcut>
 #include <QTimerEvent>
 
+#include <algorithm>
+
 namespace brisko {
 namespace {
 
@@ -125,11 +127,9 @@ void UninstallViewController::connectControls() {
   connect(ui_->refButton, &QAbstractButton::clicked, this,
           &UninstallViewController::refButtonAction);
   connect(ui_->uninstallButton, &QAbstractButton::clicked, this,
-          &UninstallViewController::uninstallAppButtonAction);
-  connect(ui_->typeSegment, &SegmentBar::segmentSelect, this, [this](int segment) {
-    model_.segmentClickAction(segment);
-    if (!model_.isBusy()) model_.measureAll();
-  });
+          &UninstallViewController::buttonAction);
+  connect(ui_->typeSegment, &SegmentBar::segmentSelect, this,
+          [this](int segment) { model_.segmentClickAction(segment); });
 }
 
 void UninstallViewController::closeSearchButton() {
@@ -162,7 +162,11 @@ void UninstallViewController::timerEvent(QTimerEvent* event) {
   if (event->timerId() != removalTimer_.timerId()) return PageController::timerEvent(event);
   removalTimer_.stop();
   relatedFilesWinController_->doRemove();
-  model_.completeCleanRelatedFiles(&relatedFilesWinController_->model());
+  const int row = model_.selectRow();
+  model_.completeCleanRelatedFiles(relatedFilesWinController_->model());
+  // The keys go on where they were.
+  UninstallTable* table = ui_->listViewTabel;
+  table->setCurrentIndex(items_->index(std::min(row, items_->rowCount() - 1), 0));
 }
 
 // What the model says.
@@ -184,17 +188,20 @@ void UninstallViewController::sizesChanged() {
 }
 
 void UninstallViewController::pageChanged() {
-  const bool isFree = isCanClick();
   items_->titleChanged();
   showTypes();
   showSortMark();
   showStates();
-  ui_->selectCountLabel->setText(QString::fromStdString(model_.selectCountLabel()));
-  ui_->listViewTabel->selectAllBox()->setImageName(model_.selectAllImage());
-  ui_->refButton->setEnabled(model_.refButtonEnabled() && isFree);
-  ui_->uninstallButton->setEnabled(model_.uninstallButtonEnabled() && isFree);
+  changeSelectAllButtonState();
+  ui_->refButton->setEnabled(model_.refButtonEnabled() && isCanClick());
   // Sizes of rows out of sight follow, so that sorting by size means something.
   if (hasBegun_ && !model_.isBusy()) model_.measureAll();
+}
+
+void UninstallViewController::changeSelectAllButtonState() {
+  ui_->selectCountLabel->setText(QString::fromStdString(model_.selectCountLabel()));
+  ui_->listViewTabel->selectAllBox()->setImageName(model_.selectAllImage());
+  ui_->uninstallButton->setEnabled(model_.uninstallButtonEnabled() && isCanClick());
 }
 
 void UninstallViewController::showTypes() {

@@ -29,6 +29,7 @@ class UninstallViewController : public PageController, private UninstallModelLis
   bool isCanClick() const override;
 
   void awakeFromNib();
+  void buttonAction() { uninstallAppButtonAction(); }
   void refButtonAction() { model_.refButtonAction(); }
   void uninstallAppButtonAction();
   void oneAppRemove(int row);
@@ -56,6 +57,7 @@ class UninstallViewController : public PageController, private UninstallModelLis
   void setUpSearch();
   void connectControls();
   void review(const AppItems& chosen);
+  void changeSelectAllButtonState();
   void showTypes();
   void showStates();
   void showSortMark();

@@ -1,4 +1,5 @@
 #include "FakeLoginItems.h"
+#include "FileURL.h"
 #include "NSFileManager.h"
 #include "TemporaryFolder.h"
 #include "TestHost.h"

@@ -15,13 +15,17 @@ struct FakeInstalledApplications : InstalledApplications {
   std::map<std::string, UninstallPlan> plans;   ///< by desktop id; others remove their own package
   std::map<std::string, std::string> failures;  ///< by desktop id
   std::vector<double> steps = {0.5, 1};         ///< of the progress
-  std::vector<std::string> removed;             ///< desktop ids
+  std::vector<std::string> removed;             ///< packages, with what went along
 
   std::vector<InstalledApplication> list() override { return applications; }
   UninstallPlan plan(const InstalledApplication& application) override {
+    const auto isGone = [this](const std::string& package) {
+      return std::find(removed.begin(), removed.end(), package) != removed.end();
+    };
     const auto found = plans.find(application.desktopID);
-    if (found != plans.end()) return found->second;
-    UninstallPlan made;
+    UninstallPlan made = found != plans.end() ? found->second : UninstallPlan();
+    std::erase_if(made.alsoRemoves, isGone);
+    if (isGone(application.packageName)) made.refusal = "It is not installed any more.";
     made.removes = application.kind == InstalledApplication::Kind::files
                        ? application.files
                        : std::vector<std::string>{application.packageName};
@@ -36,7 +40,8 @@ struct FakeInstalledApplications : InstalledApplications {
       progress(step);
     const auto failure = failures.find(application.desktopID);
     if (failure != failures.end()) return failure->second;
-    removed.push_back(application.desktopID);
+    removed.push_back(application.packageName);
+    removed.insert(removed.end(), now.alsoRemoves.begin(), now.alsoRemoves.end());
     std::erase_if(applications,
                   [&](const auto& other) { return other.desktopID == application.desktopID; });
     return "";

@@ -109,11 +109,9 @@ TEST(AptPlan, WhatTheSystemNeedsIsRefusedWhereverItStandsInTheList) {
 TEST(AptPlan, NoOptionPatternOrPathPassesForAPackagesName) {
   for (const char* name : {"g++", "libc6:i386", "0ad", "libstdc++-12-dev", "a2"})
     EXPECT_TRUE(isPackageName(name)) << name;
-  for (const char* name : {"", "a", "-y", "--purge", "vim-", "Vim", "a b", "a\nb", "../x", "/x.deb",
-                           "a*", "a:", ":a", "a:-x", "a:b:c", "a;b", "a=1", "a/stable", "^task"}) {
-    if (std::string_view(name) == "vim-") continue;  // a name in form; it has to be installed, too
+  for (const char* name : {"", "a", "-y", "--purge", "Vim", "a b", "a\nb", "../x", "/x.deb", "a*",
+                           "a:", ":a", "a:-x", "a:b:c", "a;b", "a=1", "a/stable", "^task"})
     EXPECT_FALSE(isPackageName(name)) << name;
-  }
   EXPECT_FALSE(isPackageName(std::string(500, 'a')));
 }
 

@@ -26,6 +26,7 @@ TEST(HostRelatedLocationsTest, FilesAreFoundByTheirBeginningAndWhatOthersShareIs
   EXPECT_EQ(takenIn("GIMP", "gimp", home), four);
   EXPECT_EQ(takenIn("tor-browser", "tor-browser", home), four + "/.var/app /snap ");
   EXPECT_EQ(takenIn("TorBrowser-data", "tor browser", home), four);
+  EXPECT_EQ(takenIn("übung.conf", "Übung", home), four);
   EXPECT_EQ(takenIn("vim.desktop", "vim", home),
             four + "/.config/autostart /.local/share/applications ");
   const std::pair<const char*, const char*> never[] = {

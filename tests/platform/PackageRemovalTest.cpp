@@ -4,6 +4,7 @@
 #include "AptTool.h"
 #include "HostTools.h"
 #include "Machine.h"
+#include "MadeApplications.h"
 #include "TemporaryFolder.h"
 #include "TestHost.h"
 #include "TrialPackages.h"
@@ -43,16 +44,9 @@ class RunningHost {
   std::unique_ptr<Host> before_;
 };
 
-class PackageRemovalTest : public testing::Test {
+class PackageRemovalTest : public WithTrialPackage {
  protected:
-  void SetUp() override {
-    const std::string why = packages.install("application");
-    if (!why.empty()) GTEST_SKIP() << "because no package can be installed: " << why;
-  }
-
-  const std::string application = TrialPackages::full("application");
   const std::string dependent = TrialPackages::full("dependent");
-  TrialPackages packages;
   RunningHost host;
   InstalledApplications& service = RunningHost::service();
 };
@@ -67,6 +61,7 @@ TEST_F(PackageRemovalTest, ExactlyWhatWasShownGoes) {
   ASSERT_EQ(alone.refusal, "");
   EXPECT_THAT(alone.removes, ElementsAre(application));
   EXPECT_THAT(alone.alsoRemoves, IsEmpty());
+  EXPECT_THAT(alone.leavesUnused, IsEmpty()) << "what was of no use before is not its doing";
 
   ASSERT_EQ(packages.install("dependent", "Depends: " + application + "\n"), "");
   const std::string before = TrialPackages::all();
@@ -118,12 +113,7 @@ TEST_F(PackageRemovalTest, NothingIsRemovedWhileAnotherPackageManagerWorks) {
 TEST(FlatpakRemovalTest, TheToolIsToldExactlyWhatWasShownAndItsFailureIsSaid) {
   TemporaryFolder folder;
   const std::string id = "org.example.Trial";
-  const std::string app = "data/flatpak/app/" + id;
-  folder.file(app + "/x86_64/stable/1/metadata", "[Application]\nruntime=org.Base/x86_64/1\n");
-  folder.link(app + "/x86_64/stable/active", "1");
-  folder.link(app + "/current", "x86_64/stable");
-  folder.file("data/flatpak/exports/share/applications/" + id + ".desktop",
-              "[Desktop Entry]\nType=Application\nName=Trial\nExec=flatpak run " + id + "\n");
+  makeFlatpak(folder / "data/flatpak", id, "org.Base/x86_64/1");
   const auto tool = [&](const std::string& script) {
     chmod(folder
               .file("tools/flatpak",
@@ -146,7 +136,7 @@ TEST(FlatpakRemovalTest, TheToolIsToldExactlyWhatWasShownAndItsFailureIsSaid) {
   EXPECT_EQ(service.remove(found, plan, nullptr), "error: not allowed");
   tool("exit 0");
   EXPECT_THAT(service.remove(found, plan, nullptr), HasSubstr("still installed"));
-  tool("mv " + (folder / app) + " " + (folder / "gone"));
+  tool("mv " + (folder / "data/flatpak/app/" + id) + " " + (folder / "gone"));
   EXPECT_EQ(service.remove(found, plan, nullptr), "");
   EXPECT_EQ(contentOf(folder / "said"),
             "uninstall --user -y --noninteractive app/" + id + "/x86_64/stable ");

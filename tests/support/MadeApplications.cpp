@@ -25,9 +25,13 @@ void makeFile(const fs::path& path, std::size_t bytes) {
   fs::resize_file(path, bytes);
 }
 
+void makeText(const fs::path& path, const std::string& text) {
+  fs::create_directories(path.parent_path());
+  std::ofstream(path, std::ios::binary) << text;
+}
+
 void setInformation(const std::string& bundle, const std::string& text) {
-  fs::create_directories(bundle + "/Contents");
-  std::ofstream(bundle + "/Contents/Info.plist", std::ios::binary) << text;
+  makeText(bundle + "/Contents/Info.plist", text);
 }
 
 }  // namespace
@@ -96,6 +100,22 @@ void makeFortyBundles(const std::string& root) {
   makeFile(home + "/Library/Application Support/Growl/Tickets/Test App.growlTicket", 600);
   makeFile(root + "/Library/Application Support/Growl/Tickets/Test App.growlTicket", 600);
   makeFile(home + "/Library/Application Support/Notes Pro/notes.db", 9'000);
+}
+
+void makeFlatpak(const std::string& installation, const std::string& id, const std::string& runtime,
+                 const std::string& deploy) {
+  const fs::path application = fs::path(installation) / "app" / id;
+  const fs::path version = application / "x86_64/stable/0123";
+  const std::string entry = id + ".desktop";
+  makeText(version / "deploy", deploy);
+  makeText(version / "metadata", "[Application]\nname=" + id + "\nruntime=" + runtime + "\n");
+  makeText(version / "export" / entry, "[Desktop Entry]\nType=Application\nName=" + id +
+                                           "\nExec=flatpak run " + id + "\nX-Flatpak=" + id + "\n");
+  fs::create_symlink("0123", application / "x86_64/stable/active");
+  fs::create_symlink("x86_64/stable", application / "current");
+  const fs::path exports = fs::path(installation) / "exports/share/applications";
+  fs::create_directories(exports);
+  fs::create_symlink(version / "export" / entry, exports / entry);
 }
 
 }  // namespace brisko::test

@@ -22,4 +22,9 @@ std::string makeBundle(const std::string& root, const MadeBundle& bundle);
 /// are not to be listed.
 void makeFortyBundles(const std::string& root);
 
+/// Makes what Flatpak keeps of the application `id` in an installation's folder, with an exported
+/// desktop entry of that name. `deploy` is the file of its own format.
+void makeFlatpak(const std::string& installation, const std::string& id, const std::string& runtime,
+                 const std::string& deploy = "");
+
 }  // namespace brisko::test

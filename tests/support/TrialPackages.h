@@ -3,6 +3,8 @@
 #include "FileDescriptor.h"
 #include "TemporaryFolder.h"
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -32,6 +34,18 @@ class TrialPackages {
   FileDescriptor turn_;
   TemporaryFolder folder_;
   std::vector<std::string> installed_;
+};
+
+/// Tests with the trial package "application" installed; skipped where none can be.
+class WithTrialPackage : public testing::Test {
+ protected:
+  void SetUp() override {
+    const std::string why = packages.install("application");
+    if (!why.empty()) GTEST_SKIP() << "because no package can be installed: " << why;
+  }
+
+  const std::string application = TrialPackages::full("application");
+  TrialPackages packages;
 };
 
 }  // namespace brisko::test

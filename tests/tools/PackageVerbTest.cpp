@@ -50,16 +50,7 @@ TEST(PackageMessageTest, OnlyNamesOfPackagesAreCarried) {
   EXPECT_FALSE(helper::decode(std::string("G\xff\xff", 3))) << "more than the whole";
 }
 
-class PackageVerbTest : public testing::Test {
- protected:
-  void SetUp() override {
-    const std::string why = packages.install("application");
-    if (!why.empty()) GTEST_SKIP() << "because no package can be installed: " << why;
-  }
-
-  const std::string application = TrialPackages::full("application");
-  TrialPackages packages;
-};
+using PackageVerbTest = WithTrialPackage;
 
 TEST_F(PackageVerbTest, TheHelperMakesItsOwnPlan) {
   int pair[2];

@@ -3,6 +3,7 @@
 #include "FakeInstalledApplications.h"
 #include "MadeApplications.h"
 #include "RelatedAppFilesScanner.h"
+#include "RelatedFilesModel.h"
 #include "TemporaryFolder.h"
 #include "TestHost.h"
 #include "UninstallModel.h"
@@ -11,8 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <set>
 
 #include <sys/stat.h>
 
@@ -55,11 +54,20 @@ class AppList : public testing::Test {
   const AMAppItem& item(const std::string& name) const {
     return *model.showListArr().at(rowOf(name));
   }
+  /// The row's trash button and everything after it.
+  void remove(std::size_t row) {
+    removal.setAllRelaltedFiles(model.oneAppRemove(row), model.everything());
+    Dispatch::runUntil([&] { return removal.isComplete(); });
+    removal.doRemove();
+    Dispatch::runUntil([&] { return !removal.isRemoving(); });
+    model.completeCleanRelatedFiles(removal);
+  }
 
   TemporaryFolder root;
   TestHost host;
   FakeInstalledApplications* installed = nullptr;
   UninstallModel model;
+  RelatedFilesModel removal;
 };
 
 TEST_F(AppList, FortyBundlesAreFoundAtAnyDepthAndTheSystemsOwnApplicationsAreNot) {
@@ -178,47 +186,54 @@ TEST_F(AppList, TicksBelongToTheirTypeAndNothingIsTickedWhileScanning) {
   EXPECT_EQ(model.uninsatllAppArr().size(), 1U) << "another type is not searched again";
 }
 
-TEST_F(AppList, HostApplicationsFollowAndLeaveWithTheirWholePackage) {
+TEST_F(AppList, HostApplicationsFollowAndLeaveWithTheirPackageAndWhatItTook) {
   makeBundle(root.path(), {"Applications/Notes.app", "com.example.notes", "1.0", "Notes", ""});
-  for (const char* id : {"writer", "calc"}) {
+  const auto add = [this](const std::string& id, const std::string& package) {
     InstalledApplication application;
     application.kind = InstalledApplication::Kind::package;
-    application.desktopID = id;
-    application.name = id;
-    application.packageName = "office";
-    application.version = "7";
+    application.desktopID = application.name = id;
+    application.packageName = package;
     application.bytes = 5'000'000;
-    application.path = "/usr/share/applications/" + application.desktopID + ".desktop";
     installed->applications.push_back(application);
-  }
+  };
+  add("writer", "office");
+  add("calc", "office");
+  add("fonts", "office-fonts");
+  installed->plans["writer"].alsoRemoves = {"office-fonts"};
   scan();
-  EXPECT_THAT(names(), testing::ElementsAre("Notes", "writer", "calc"));
+  ASSERT_THAT(names(), testing::ElementsAre("Notes", "writer", "calc", "fonts"));
   EXPECT_EQ(item("calc").size, "5.00 MB");
   EXPECT_EQ(item("calc").bundleID, "calc");
-  model.oneAppRemove(1);
-  RelatedFilesModel kept;
-  model.completeCleanRelatedFiles(&kept);
-  EXPECT_EQ(model.showListArr().size(), 3U) << "its package is still there";
-  model.oneAppRemove(1);
-  model.completeCleanRelatedFiles();
+  installed->failures["writer"] = "The lock is taken.";
+  remove(1);
+  EXPECT_EQ(model.showListArr().size(), 4U) << "its package is still there";
+  installed->failures.clear();
+  remove(1);
   EXPECT_THAT(names(), testing::ElementsAre("Notes"));
 }
 
-TEST_F(AppList, TrashButtonTakesItsRowAloneAndTheOthersStayTicked) {
+TEST_F(AppList, WhatWasChosenLeavesWhateverTheListHasComeToMeanwhile) {
   makeFortyBundles(root.path());
   scan();
   model.selectUninstallApp(rowOf("Notes"));
   model.controlTextDidChange("test");
   ASSERT_EQ(model.showListArr().size(), 1U);
   EXPECT_EQ(model.oneAppRemove(0).front()->name, "Test App");
-  model.completeCleanRelatedFiles();
-  EXPECT_EQ(model.showListArr().size(), 29U) << "the search is over";
-  EXPECT_EQ(model.searchText(), "test");
-  EXPECT_EQ(model.ticked().size(), 1U);
+  model.closeSearchButton();
+  model.didClickTableColumn(UninstallColumn::appname);
+  model.completeCleanRelatedFiles(removal);
+  EXPECT_EQ(model.showListArr().size(), 29U);
+  EXPECT_THAT(names(), testing::Not(testing::Contains("Test App")));
+  EXPECT_EQ(model.ticked().size(), 1U) << "a row's own button leaves the others ticked";
   EXPECT_EQ(model.uninstallAppButtonAction().size(), 1U);
-  model.completeCleanRelatedFiles();
+  model.controlTextDidChange("tool");
+  model.selectAllButtonAction();
+  model.segmentClickAction(1);
+  model.completeCleanRelatedFiles(removal);
   EXPECT_EQ(model.allApplications().size(), 28U);
-  EXPECT_TRUE(model.ticked().empty());
+  EXPECT_EQ(model.widgetsArr().size(), 4U);
+  EXPECT_TRUE(model.uninsatllAppArr().empty());
+  EXPECT_EQ(model.searchText(), "tool") << "it stays in the field";
 }
 
 TEST_F(AppList, ManyComeInBatchesAndNotOneByOne) {

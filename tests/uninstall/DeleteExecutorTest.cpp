@@ -53,6 +53,11 @@ TEST_F(DeleteExecutor, OrdinaryRemovalAsksForNothingAndALinkGoesWithoutItsTarget
   const std::string closed = root.folder("closed/inner");
   std::filesystem::permissions(closed, std::filesystem::perms::none);
   EXPECT_TRUE(executor->removeTrahFile(entry(root / "closed")));
+  const AppItem tree = entry(root / "kept");
+  executor->stop();
+  EXPECT_FALSE(executor->removeTrahFile(tree));
+  EXPECT_EQ(told->reasons.back(), "You stopped.");
+  EXPECT_TRUE(exists(target));
   EXPECT_EQ(authorization->prompts, 0);
 }
 

@@ -64,17 +64,17 @@ class Review : public testing::Test, public RelatedFilesModelListener {
     return application;
   }
   void open(const AppItems& chosen, const AppItems& all) {
-    model.open(chosen, all);
+    model.setAllRelaltedFiles(chosen, all);
     EXPECT_FALSE(model.uninstallButtonEnabled());
     Dispatch::runUntil([&] { return model.isComplete() && model.isMeasured(); });
   }
   const AppItem& entry(const std::string& end) {
-    for (const ReviewGroup& group : model.groups()) {
+    for (const ReviewGroup& group : model.allRelaltedFiles()) {
       for (const AppItem& each : group.entries)
         if (each->path.ends_with(end)) return each;
     }
     ADD_FAILURE() << end;
-    return model.groups()[0].entries[0];
+    return model.allRelaltedFiles()[0].entries[0];
   }
   void remove() {
     model.doRemove();
@@ -97,7 +97,7 @@ TEST_F(Review, EverythingOfABundleStartsTickedAndBoxesFollow) {
   root.sizedFile("Users/anna/Library/Caches/foobar.db", 2'000'000);
   workspace->applications = {{"", "Foo", app->path + "/Contents/MacOS/program", "", 7}};
   open({app, other}, {app, other});
-  ASSERT_EQ(model.groups()[0].entries.size(), 3U);
+  ASSERT_EQ(model.allRelaltedFiles()[0].entries.size(), 3U);
   EXPECT_EQ(model.selectDeletePath().size(), 5U);
   EXPECT_STREQ(model.boxImage(std::size_t{0}), "sel");
   EXPECT_EQ(entry("foobar.db")->sharedWith, "Foo Bar");
@@ -106,7 +106,7 @@ TEST_F(Review, EverythingOfABundleStartsTickedAndBoxesFollow) {
   EXPECT_THAT(model.warnings(),
               testing::ElementsAre("Foo is running. It will be removed all the same."));
   std::uint64_t sum = 0;
-  for (const AppItem& each : model.groups()[0].entries)
+  for (const AppItem& each : model.allRelaltedFiles()[0].entries)
     sum += CommUti::volSpaceFromString(each->size);
   EXPECT_EQ(model.sizeText(0), CommUti::convertVolSpace(sum));
   model.selectRemoveLanguage(entry("Caches/foo"));
@@ -172,7 +172,7 @@ TEST_F(Review, HostApplicationShowsWhatGoesWithItAndWhatItSharesStartsUnticked) 
   plan.bytes = 9'000'000;
   installed->plans["draw"] = plan;
   open({draw}, {draw, io});
-  const ReviewGroup& group = model.groups()[0];
+  const ReviewGroup& group = model.allRelaltedFiles()[0];
   EXPECT_EQ(group.entries[0]->role, Role::package);
   EXPECT_EQ(group.entries[0]->size, "9.00 MB");
   EXPECT_EQ(group.entries[1]->role, Role::packageAlong);
@@ -191,7 +191,7 @@ TEST_F(Review, HostApplicationShowsWhatGoesWithItAndWhatItSharesStartsUnticked) 
   model.selectRemoveLanguage(group.entries[0]);
   remove();
   EXPECT_THAT(installed->removed, Contains("draw"));
-  EXPECT_FALSE(model.isStillInstalled(*draw));
+  EXPECT_TRUE(model.hasRemovedPackage(*draw));
   EXPECT_FALSE(exists(root / "config/draw"));
   EXPECT_TRUE(exists(root / "config/drawio"));
   EXPECT_TRUE(exists(root / "config/fontconfig"));
@@ -203,22 +203,55 @@ TEST_F(Review, WhatBelongsToAPackageStaysWhenThePackageDoes) {
   const AppItem draw = hostItem(package("draw", "Draw"));
   installed->failures["draw"] = "Another program is installing software.";
   open({draw}, {draw});
+  model.selectRemoveLanguage(entry("draw"));
+  model.selectRemoveLanguage(entry("draw"));
   ASSERT_EQ(model.selectDeletePath().size(), 2U);
   remove();
-  EXPECT_EQ(model.failures().size(), 2U);
-  EXPECT_TRUE(model.isStillInstalled(*draw));
+  EXPECT_EQ(model.failures().size(), 2U) << "the package goes first, also when it was ticked last";
+  EXPECT_FALSE(model.hasRemovedPackage(*draw));
   EXPECT_TRUE(exists(root / "config/draw/a"));
 }
 
-TEST_F(Review, RefusedPackageStaysAndIsNotAsked) {
+TEST_F(Review, RefusedPackageStaysWithItsSettingsUnlessTheUserSaysSo) {
+  const Environment config("XDG_CONFIG_HOME", (root / "config").c_str());
+  root.file("config/shell/a");
   const AppItem shell = hostItem(package("shell", "Shell"));
   installed->plans["shell"].refusal = "The system needs it.";
   open({shell}, {shell});
-  EXPECT_STREQ(model.boxImage(std::size_t{0}), "disable");
+  EXPECT_STREQ(model.boxImage(entry("shell")), "disable");
+  EXPECT_STREQ(model.boxImage(entry("config/shell")), "unsel");
   EXPECT_THAT(model.warnings(), testing::ElementsAre("Shell: The system needs it."));
-  model.selectRemoveLanguage(std::size_t{0});
   EXPECT_FALSE(model.uninstallButtonEnabled());
-  EXPECT_TRUE(model.isStillInstalled(*shell));
+  model.selectRemoveLanguage(std::size_t{0});
+  remove();
+  EXPECT_FALSE(exists(root / "config/shell"));
+  EXPECT_TRUE(installed->removed.empty());
+}
+
+TEST_F(Review, PackagesThatGoTogetherAreRemovedOnceInAnyOrder) {
+  const AppItem base = hostItem(package("base", "Base"));
+  const AppItem plugin = hostItem(package("plugin", "Plugin"));
+  InstalledApplication further = package("viewer", "Viewer");
+  further.packageName = "base";
+  further.keys = {"base"};
+  const AppItem viewer = hostItem(further);
+  installed->plans["base"].alsoRemoves = {"plugin"};
+  installed->plans["base"].bytes = 3'000'000;
+  installed->plans["plugin"].bytes = 1'000'000;
+  const Environment config("XDG_CONFIG_HOME", (root / "config").c_str());
+  for (const AppItems& chosen : {AppItems{base, plugin, viewer}, AppItems{plugin, base, viewer}}) {
+    installed->removed.clear();
+    root.file("config/base");
+    open(chosen, chosen);
+    EXPECT_EQ(model.selectedBytes(), 3'000'000U);
+    remove();
+    EXPECT_TRUE(model.failures().empty());
+    EXPECT_EQ(authorization->prompts, 0) << "not for the settings that both have";
+    EXPECT_THAT(installed->removed, testing::UnorderedElementsAre("base", "plugin"));
+    for (const AppItem& item : chosen)
+      EXPECT_TRUE(model.hasRemovedPackage(*item)) << item->name;
+    EXPECT_EQ(model.freedBytes(), 3'000'000U) << "what the one took along is in its figure";
+  }
 }
 
 }  // namespace

@@ -57,30 +57,23 @@ class UninstallPage : public WindowFixture {
     table()->scrollTo(index);
     QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, table()->visualRect(index).center());
   }
-  /// Once a modal window of this name is up, and `ready`, acts on it.
-  void onWindow(
-      const char* name, std::function<void(QWidget*)> act,
-      std::function<bool()> ready = [] { return true; }) {
+  /// Once a modal window of this name is up, and its part of the work done, acts on it.
+  void onWindow(const char* name, std::function<void(QWidget*)> act) {
     auto* poll = new QTimer(page(2));
-    QObject::connect(poll, &QTimer::timeout, [=] {
+    QObject::connect(poll, &QTimer::timeout, [=, this] {
       QWidget* panel = QApplication::activeModalWidget();
-      if (panel == nullptr || panel->objectName() != QLatin1String(name) || !ready()) return;
+      if (panel == nullptr || panel->objectName() != QLatin1String(name)) return;
+      const RelatedFilesModel& review = uninstaller().relatedFilesWinController()->model();
+      if (!review.isComplete() || (review.isRemoving() && !review.isEnded())) return;
       poll->deleteLater();
       poll->stop();
       act(panel);
     });
     poll->start(2);
   }
-  std::function<bool()> reviewIsComplete() {
-    return [this] {
-      const auto* window = uninstaller().relatedFilesWinController();
-      return window != nullptr &&
-             const_cast<AMRelatedFilesWindowController*>(window)->model().isComplete();
-    };
-  }
 };
 
-TEST_F(UninstallPage, ListShowsKindsCountsAndTicksByMouseAndKeys) {
+TEST_F(UninstallPage, ListIsTickedByMouseAndKeysAndSearched) {
   makeFortyBundles(root.path());
   openPage();
   QAbstractItemModelTester tester(table()->model());
@@ -97,19 +90,6 @@ TEST_F(UninstallPage, ListShowsKindsCountsAndTicksByMouseAndKeys) {
   EXPECT_EQ(part<QLabel>("selectCountLabel")->text(), "Selected: 2 Items");
   EXPECT_EQ(part<ImageCheckBox>("selectAllBut")->imageName(), "halfsel");
   EXPECT_TRUE(part("uninstallButton")->isEnabled());
-  press(part("selectAllBut"));
-  EXPECT_EQ(part<QLabel>("selectCountLabel")->text(), "Selected: 30 Items");
-  EXPECT_TRUE(waitUntil([this] {
-    return cell("Test App", UninstallColumn::Size).data().toString() == "2.00 MB";
-  })) << "also when the row was never in sight";
-  QTest::keyClick(types, Qt::Key_Right);
-  EXPECT_EQ(table()->model()->headerData(1, Qt::Horizontal).toString(), "   Items(4)");
-  EXPECT_FALSE(part("uninstallButton")->isEnabled());
-}
-
-TEST_F(UninstallPage, SearchNarrowsAndItsButtonClears) {
-  makeFortyBundles(root.path());
-  openPage();
   auto* field = part<QLineEdit>("searchTextFiled");
   EXPECT_FALSE(part("closeSearchButton")->isVisible());
   QTest::keyClicks(field, "notes");
@@ -123,21 +103,21 @@ TEST_F(UninstallPage, SearchNarrowsAndItsButtonClears) {
   EXPECT_EQ(field->text(), "");
   EXPECT_FALSE(part("closeSearchButton")->isVisible());
   EXPECT_EQ(table()->model()->rowCount(), 30);
-}
-
-TEST_F(UninstallPage, NothingInstalledSaysSo) {
-  openPage();
-  EXPECT_TRUE(part("emptyView")->isVisible());
-  EXPECT_FALSE(part("loadingView")->isVisible());
-  EXPECT_EQ(part<QLabel>("selectCountLabel")->text(), "Total: 0 Item");
+  press(part("selectAllBut"));
+  EXPECT_EQ(part<QLabel>("selectCountLabel")->text(), "Selected: 30 Items");
+  EXPECT_TRUE(waitUntil([this] {
+    return cell("Test App", UninstallColumn::Size).data().toString() == "2.00 MB";
+  })) << "also when the row was never in sight";
+  QTest::keyClick(types, Qt::Key_Right);
+  EXPECT_EQ(table()->model()->headerData(1, Qt::Horizontal).toString(), "   Items(4)");
+  EXPECT_FALSE(part("uninstallButton")->isEnabled());
 }
 
 TEST_F(UninstallPage, CancelledReviewChangesNothing) {
   makeFortyBundles(root.path());
   openPage();
-  onWindow(
-      "AMRelatedFilesWindowController",
-      [](QWidget* panel) { QTest::keyClick(panel, Qt::Key_Escape); }, reviewIsComplete());
+  onWindow("AMRelatedFilesWindowController",
+           [](QWidget* panel) { QTest::keyClick(panel, Qt::Key_Escape); });
   clickCell(cell("Test App", UninstallColumn::uninstall));
   EXPECT_TRUE(uninstaller().isCanClick());
   QTest::qWait(550);
@@ -149,55 +129,52 @@ TEST_F(UninstallPage, TrashButtonReviewsRemovesAndTellsTheEnd) {
   makeFortyBundles(root.path());
   openPage();
   clickCell(cell("Notes", UninstallColumn::CheckBox));
-  onWindow(
-      "AMRelatedFilesWindowController",
-      [](QWidget* panel) {
-        auto* outline = panel->findChild<RelatedFilesOutline*>("outlineView");
-        QAbstractItemModel* tree = outline->model();
-        QAbstractItemModelTester tester(tree);
-        const QModelIndex group = tree->index(0, 0);
-        EXPECT_TRUE(outline->isExpanded(group));
-        EXPECT_EQ(tree->rowCount(group), 7);
-        // The installer that was downloaded stays.
-        QModelIndex kept;
-        for (int row = 0; row < 7; ++row) {
-          const QModelIndex entry = tree->index(row, 1, group);
-          if (entry.data().toString() == "Test App Installer.dmg") kept = entry.siblingAtColumn(0);
-        }
-        outline->setCurrentIndex(kept);
-        QTest::keyClick(outline, Qt::Key_Space);
-        EXPECT_EQ(group.data(ImageNameRole).toString(), "halfsel");
-        auto* remove = panel->findChild<QPushButton*>("uninstallButton");
-        EXPECT_TRUE(remove->text().startsWith("Remove 6 Items ("));
-        QTest::mouseClick(remove, Qt::LeftButton);
-      },
-      reviewIsComplete());
+  onWindow("AMRelatedFilesWindowController", [](QWidget* panel) {
+    auto* outline = panel->findChild<RelatedFilesOutline*>("outlineView");
+    QAbstractItemModel* tree = outline->model();
+    QAbstractItemModelTester tester(tree);
+    const QModelIndex group = tree->index(0, 0);
+    EXPECT_TRUE(outline->isExpanded(group));
+    EXPECT_EQ(tree->rowCount(group), 7);
+    // The installer that was downloaded stays.
+    QModelIndex kept;
+    for (int row = 0; row < 7; ++row) {
+      const QModelIndex entry = tree->index(row, 1, group);
+      if (entry.data().toString() == "Test App Installer.dmg") kept = entry.siblingAtColumn(0);
+    }
+    outline->setCurrentIndex(kept);
+    QTest::keyClick(outline, Qt::Key_Space);
+    EXPECT_EQ(group.data(ImageNameRole).toString(), "halfsel");
+    auto* remove = panel->findChild<QPushButton*>("uninstallButton");
+    EXPECT_TRUE(remove->text().startsWith("Remove 6 Items ("));
+    QTest::mouseClick(remove, Qt::LeftButton);
+  });
   bool wasBusy = false;
-  onWindow(
-      "UninstallProgressWindowController",
-      [&](QWidget* panel) {
-        wasBusy = true;
-        EXPECT_TRUE(
-            panel->findChild<QLabel*>("messageLabel")->text().endsWith("MB MB disk space."));
-        EXPECT_FALSE(panel->findChild<QWidget*>("failuresButton")->isVisible());
-        EXPECT_EQ(panel->findChild<UnInstallProgressView*>()->value(), 100);
-        QTest::mouseClick(panel->findChild<QWidget*>("okButton"), Qt::LeftButton);
-      },
-      [] {
-        QWidget* panel = QApplication::activeModalWidget();
-        return panel->findChild<QWidget*>("endView")->isVisible();
-      });
+  onWindow("UninstallProgressWindowController", [&](QWidget* panel) {
+    wasBusy = true;
+    EXPECT_TRUE(panel->findChild<QLabel*>("messageLabel")->text().endsWith("MB MB disk space."));
+    EXPECT_FALSE(panel->findChild<QWidget*>("failuresButton")->isVisible());
+    EXPECT_EQ(panel->findChild<UnInstallProgressView*>()->value(), 100);
+    QTest::mouseClick(panel->findChild<QWidget*>("okButton"), Qt::LeftButton);
+  });
   clickCell(cell("Test App", UninstallColumn::uninstall));
   EXPECT_FALSE(uninstaller().isCanClick()) << "from the confirmation on";
   ASSERT_TRUE(waitUntil([&] { return wasBusy && uninstaller().isCanClick(); }));
   EXPECT_EQ(table()->model()->rowCount(), 29);
   EXPECT_EQ(part<QLabel>("selectCountLabel")->text(), "Selected: 1 Items");
+  EXPECT_TRUE(table()->currentIndex().isValid()) << "keys go on from where they were";
+  const auto* outline =
+      uninstaller().relatedFilesWinController()->findChild<RelatedFilesOutline*>("outlineView");
+  EXPECT_EQ(outline->model()->rowCount(), 0) << "a hidden view asks for its rows, too";
   EXPECT_FALSE(exists(root / "Applications/Test App.app"));
   EXPECT_TRUE(exists(root / "Users/anna/Downloads/Test App Installer.dmg"));
 }
 
-TEST_F(UninstallPage, ProgressWindowClosesOnlyAtItsEndAndTellsWhatStayed) {
+TEST_F(UninstallPage, NothingInstalledSaysSoAndProgressClosesOnlyAtItsEnd) {
   openPage();
+  EXPECT_TRUE(part("emptyView")->isVisible());
+  EXPECT_FALSE(part("loadingView")->isVisible());
+  EXPECT_EQ(part<QLabel>("selectCountLabel")->text(), "Total: 0 Item");
   UninstallProgressWindowController window(page(2));
   window.show();
   auto* bar = window.findChild<UnInstallProgressView*>();

@@ -2,6 +2,7 @@
 
 #include "DpkgDatabase.h"
 #include "HostFolders.h"
+#include "PathNames.h"
 #include "SnapApplications.h"
 #include "UserPrograms.h"
 
@@ -21,14 +22,6 @@ namespace brisko {
 namespace {
 
 using Kind = InstalledApplication::Kind;
-
-bool isIn(const std::string& path, const std::string& folder) {
-  return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
-}
-
-std::string nameOf(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
-}
 
 // When the item was made; its last change where the file system does not keep that.
 std::int64_t dateOf(const std::string& path) {
@@ -96,9 +89,9 @@ class Listing {
     files.insert(files.end(), entry.shadowed.begin(), entry.shadowed.end());
     for (const std::string& file : files) {
       for (const FlatpakInstallation& installation : flatpaks_) {
-        if (isIn(file, installation.exports())) return ofFlatpak(entry, installation);
+        if (isBelow(file, installation.exports())) return ofFlatpak(entry, installation);
       }
-      if (isIn(file, snapExports(folders_.root()))) return ofSnap(entry, nameOf(file));
+      if (isBelow(file, snapExports(folders_.root()))) return ofSnap(entry, lastName(file));
     }
     return std::nullopt;
   }
@@ -142,6 +135,21 @@ class Listing {
     const DpkgDatabase database(folders_.path("/var/lib/dpkg"));
     take(open, database, ".desktop", [this](const auto& entry) { return filesOf(entry); });
     take(open, database, "", [this](const auto& entry) { return programsOf(entry); });
+    dropStarters(open, database);
+  }
+
+  // A starter of the user's own for a package's program makes that no program of the user's.
+  void dropStarters(std::vector<const DesktopEntry*>& open, const DpkgDatabase& database) const {
+    const auto programOfEntry = [this](const DesktopEntry* entry) {
+      return withoutRoot(programOf(execWords(entry->exec)));
+    };
+    std::vector<std::string> programs;
+    for (const DesktopEntry* entry : open) {
+      std::string program = programOfEntry(entry);
+      if (isBelow(program, "/opt")) programs.push_back(std::move(program));
+    }
+    const auto owners = database.owners(programs, "");
+    std::erase_if(open, [&](const auto* entry) { return owners.contains(programOfEntry(entry)); });
   }
 
   // `pathsOf` gives the paths by any of which a package may own the entry, those first that count
@@ -180,8 +188,8 @@ class Listing {
   }
 
   std::optional<InstalledApplication> ofFiles(const DesktopEntry& entry) const {
-    if (!isIn(entry.path, folders_.home()) &&
-        !isIn(entry.path, folders_.variable("XDG_DATA_HOME").value_or("/"))) {
+    if (!isBelow(entry.path, folders_.home()) &&
+        !isBelow(entry.path, folders_.variable("XDG_DATA_HOME").value_or("/"))) {
       return std::nullopt;
     }
     std::vector<std::string> files = userProgramFiles(entry, folders_);
@@ -197,7 +205,7 @@ class Listing {
 
   static void addKeys(InstalledApplication& application, const DesktopEntry& entry) {
     addKey(application.keys, entry.id);
-    std::string program = nameOf(programOf(execWords(entry.exec)));
+    std::string program = lastName(programOf(execWords(entry.exec)));
     for (const std::string_view suffix : {".AppImage", ".appimage", ".sh", ".py", ".jar"}) {
       if (program.ends_with(suffix)) program.resize(program.size() - suffix.size());
     }
@@ -222,7 +230,8 @@ class Listing {
   // Only for the system's entries: the user may have a starter of an own for any program.
   std::vector<std::string> programsOf(const DesktopEntry& entry) const {
     const std::string program = programOf(execWords(entry.exec));
-    if (program.empty() || isInterpreter(nameOf(program)) || isIn(entry.path, folders_.home())) {
+    if (program.empty() || isInterpreter(lastName(program)) ||
+        isBelow(entry.path, folders_.home())) {
       return {};
     }
     if (program.starts_with('/')) return {program};
@@ -231,8 +240,9 @@ class Listing {
   }
 
   std::string withoutRoot(std::string path) const {
-    return folders_.hasRoot() && isIn(path, folders_.root()) ? path.substr(folders_.root().size())
-                                                             : path;
+    return folders_.hasRoot() && isBelow(path, folders_.root())
+               ? path.substr(folders_.root().size())
+               : path;
   }
 
   void sort() {

@@ -130,8 +130,8 @@ Ended run(const std::vector<std::string>& arguments,
   return ended;
 }
 
-// dpkg's and apt-get's own lock, taken as they take it. Whoever only looks something up has it for a
-// moment.
+// dpkg's and apt-get's own lock, taken as they take it. Whoever only looks something up has it for
+// a moment.
 FileDescriptor takeLock() {
   constexpr int kTries = 40;
   FileDescriptor file(::open(kFrontendLock, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0640));
@@ -143,6 +143,17 @@ FileDescriptor takeLock() {
     ::usleep(kTick);
   }
   return file;
+}
+
+// What apt-get calls no longer required before anything was removed is not left by that.
+void dropUnusedBefore(std::vector<std::string>& packages) {
+  if (packages.empty()) return;
+  const Ended ended = run({"-s", "remove"});
+  const std::vector<std::string> before =
+      parseAptSimulation(ended.output, ended.status).leavesUnused;
+  std::erase_if(packages, [&](const std::string& name) {
+    return std::find(before.begin(), before.end(), name) != before.end();
+  });
 }
 
 std::string kernelRelease() {
@@ -231,8 +242,9 @@ UninstallPlan AptTool::plan(const std::string& package) {
     refused.refusal = "apt-get could not be started.";
     return refused;
   }
-  return aptPlan(package, parseAptSimulation(ended.output, ended.status), database,
-                 kernelRelease());
+  AptSimulation simulation = parseAptSimulation(ended.output, ended.status);
+  dropUnusedBefore(simulation.leavesUnused);
+  return aptPlan(package, simulation, database, kernelRelease());
 }
 
 std::string AptTool::remove(const std::vector<std::string>& packages,

@@ -1,5 +1,6 @@
 #include "DesktopEntry.h"
 
+#include "DesktopEntryFormat.h"
 #include "Utf8.h"
 
 #include <algorithm>
@@ -10,15 +11,6 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-std::string_view trimmed(std::string_view text) {
-  const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
-  while (!text.empty() && isBlank(text.front()))
-    text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back()))
-    text.remove_suffix(1);
-  return text;
-}
-
 std::string_view nextPart(std::string_view& text, char separator) {
   const std::size_t end = text.find(separator);
   const std::string_view part = text.substr(0, end);
@@ -26,41 +18,9 @@ std::string_view nextPart(std::string_view& text, char separator) {
   return part;
 }
 
-// The escapes of the file format. In the Exec key they come before those of its own.
-std::string unescaped(std::string_view value) {
-  std::string plain;
-  for (std::size_t i = 0; i < value.size(); ++i) {
-    if (value[i] != '\\' || i + 1 == value.size()) {
-      plain += value[i];
-      continue;
-    }
-    switch (const char code = value[++i]) {
-      case 's':
-        plain += ' ';
-        break;
-      case 'n':
-        plain += '\n';
-        break;
-      case 't':
-        plain += '\t';
-        break;
-      case 'r':
-        plain += '\r';
-        break;
-      case '\\':
-        plain += '\\';
-        break;
-      default:
-        plain += '\\';
-        plain += code;
-    }
-  }
-  return plain;
-}
-
 // For people: control characters become blanks. Empty when it is no UTF-8.
 std::string textOf(std::string_view value) {
-  std::string text = unescaped(value);
+  std::string text = unescapedValue(value);
   for (std::size_t i = 0; i < text.size();) {
     const std::size_t length = utf8SequenceLength(std::string_view(text).substr(i));
     if (length == 0) return "";
@@ -68,7 +28,7 @@ std::string textOf(std::string_view value) {
     if (byte < 0x20 || byte == 0x7F) text[i] = ' ';
     i += length;
   }
-  return std::string(trimmed(text));
+  return std::string(trimmedOfBlanks(text));
 }
 
 Strings listOf(std::string_view value) {
@@ -119,7 +79,7 @@ class Values {
   Values(std::string_view text, const Strings& locales) {
     bool isInGroup = false;
     while (!text.empty()) {
-      const std::string_view line = trimmed(nextPart(text, '\n'));
+      const std::string_view line = trimmedOfBlanks(nextPart(text, '\n'));
       if (line.empty() || line.front() == '#') continue;
       if (line.front() == '[') {
         if (isInGroup) break;
@@ -152,7 +112,7 @@ class Values {
   void take(std::string_view line, const Strings& locales) {
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos) return;
-    std::string_view key = trimmed(line.substr(0, equals));
+    std::string_view key = trimmedOfBlanks(line.substr(0, equals));
     std::size_t rank = kNoRank;
     if (key.ends_with(']')) {
       const std::size_t bracket = key.find('[');
@@ -164,7 +124,7 @@ class Values {
       key = key.substr(0, bracket);
     }
     if (!std::binary_search(kKeys.begin(), kKeys.end(), key)) return;
-    values_.push_back({key, rank, trimmed(line.substr(equals + 1))});
+    values_.push_back({key, rank, trimmedOfBlanks(line.substr(equals + 1))});
   }
 
   std::vector<Value> values_;
@@ -189,7 +149,8 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string
   entry.name = localizedText(values, "Name", locales);
   if (entry.name.empty()) return std::nullopt;
   entry.icon = localizedText(values, "Icon", locales);
-  entry.exec = unescaped(values["Exec"]);
+  // Its own escapes are resolved later.
+  entry.exec = unescapedValue(values["Exec"]);
   entry.tryExec = textOf(values["TryExec"]);
   entry.windowClass = textOf(values["StartupWMClass"]);
   entry.flatpak = textOf(values["X-Flatpak"]);

@@ -1,6 +1,7 @@
 // What a desktop entry starts.
 
 #include "DesktopEntry.h"
+#include "PathNames.h"
 
 #include <algorithm>
 #include <array>
@@ -25,10 +26,6 @@ bool takeQuoted(std::string_view& rest, std::string& word) {
     word += c;
   }
   return false;
-}
-
-std::string nameOf(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
 }
 
 bool isSetting(const std::string& word) {
@@ -88,7 +85,7 @@ bool isInterpreter(std::string_view name) {
 
 std::string programOf(const std::vector<std::string>& words) {
   std::size_t at = 0;
-  if (at < words.size() && nameOf(words[at]) == "env") {
+  if (at < words.size() && lastName(words[at]) == "env") {
     ++at;
     while (at < words.size() && (words[at].starts_with("-") || isSetting(words[at]))) {
       // "-u NAME" and "-C FOLDER" take the word after them.
@@ -96,7 +93,7 @@ std::string programOf(const std::vector<std::string>& words) {
     }
   }
   if (at >= words.size()) return "";
-  if (!isInterpreter(nameOf(words[at]))) return words[at];
+  if (!isInterpreter(lastName(words[at]))) return words[at];
   const auto script = std::find_if(words.begin() + static_cast<std::ptrdiff_t>(at) + 1, words.end(),
                                    [](const std::string& word) { return word.starts_with('/'); });
   return script == words.end() ? words[at] : *script;

@@ -115,12 +115,13 @@ std::string LinuxInstalledApplications::remove(const InstalledApplication& appli
     packages.insert(packages.end(), now.alsoRemoves.begin(), now.alsoRemoves.end());
     return removePackages(packages, progress);
   }
-  if (application.kind == Kind::snap) return runRemoval({"snap", "remove", name}, progress);
-  std::string why =
-      runRemoval({"flatpak", "uninstall", application.isForUser ? "--user" : "--system", "-y",
-                  "--noninteractive", name},
-                 progress);
-  if (why.empty() && flatpakPlan(application).mayGo()) why = "It is still installed.";
+  std::vector<std::string> command = {"snap", "remove", name};
+  if (application.kind == Kind::flatpak) {
+    command = {"flatpak", "uninstall",        application.isForUser ? "--user" : "--system",
+               "-y",      "--noninteractive", name};
+  }
+  std::string why = runRemoval(command, progress);
+  if (why.empty() && plan(application).mayGo()) why = "It is still installed.";
   return why;
 }
 

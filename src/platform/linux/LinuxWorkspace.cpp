@@ -3,6 +3,7 @@
 #include "DesktopEntries.h"
 #include "DesktopEntry.h"
 #include "FileIdentity.h"
+#include "FileURL.h"
 #include "Host.h"
 #include "LinuxLaunchedApplications.h"
 #include "LinuxVolumes.h"
@@ -89,25 +90,6 @@ pid_t start(std::vector<std::string> arguments) {
 bool endsWell(pid_t child) {
   int status = 0;
   return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-// The "file" address of a path. All but letters, digits and "-._~/" is encoded byte by byte, so the
-// name needs to be in no particular character set and no character of it means anything to others.
-std::string fileAddress(const std::string& path) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string address = "file://";
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    if ((byte < 0x80 && std::isalnum(byte) != 0) ||
-        std::string_view("-._~/").find(c) != std::string_view::npos) {
-      address += c;
-    } else {
-      address += '%';
-      address += kDigits[byte >> 4];
-      address += kDigits[byte & 15];
-    }
-  }
-  return address;
 }
 
 // A session without a bus or without a file manager on it answers with a failure.
@@ -206,8 +188,8 @@ bool LinuxWorkspace::reveal(const std::string& path) {
     return false;
   }
   const std::string folder = path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
-  const auto openFolder = [folder] { return start({"xdg-open", fileAddress(folder)}); };
-  const pid_t call = start(showItemsCall(fileAddress(path)));
+  const auto openFolder = [folder] { return start({"xdg-open", fileURL(folder)}); };
+  const pid_t call = start(showItemsCall(fileURL(path)));
   const pid_t browser = call == 0 ? openFolder() : 0;
   if (call == 0 && browser == 0) {
     SystemLog::line("Could not show {}: no file browser", path);

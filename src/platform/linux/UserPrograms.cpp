@@ -1,9 +1,9 @@
 #include "UserPrograms.h"
 
 #include "HostFolders.h"
+#include "PathNames.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 #include <sys/stat.h>
@@ -13,42 +13,51 @@ namespace brisko {
 namespace {
 
 // In the home; each holds things of many programs, and so is none's own.
-constexpr std::array<std::string_view, 25> kShared = {"",
-                                                      "/.cache",
-                                                      "/.config",
-                                                      "/.local",
-                                                      "/.local/bin",
-                                                      "/.local/lib",
-                                                      "/.local/opt",
-                                                      "/.local/share",
-                                                      "/.local/state",
-                                                      "/.opt",
-                                                      "/.var",
-                                                      "/.var/app",
-                                                      "/AppImages",
-                                                      "/Apps",
-                                                      "/Applications",
-                                                      "/bin",
-                                                      "/Desktop",
-                                                      "/Documents",
-                                                      "/Downloads",
-                                                      "/Games",
-                                                      "/opt",
-                                                      "/Programs",
-                                                      "/Software",
-                                                      "/apps",
-                                                      "/snap"};
+constexpr std::string_view kShared[] = {"",
+                                        "/.cache",
+                                        "/.config",
+                                        "/.local",
+                                        "/.local/bin",
+                                        "/.local/lib",
+                                        "/.local/opt",
+                                        "/.local/share",
+                                        "/.local/state",
+                                        "/.opt",
+                                        "/.var",
+                                        "/.var/app",
+                                        "/AppImages",
+                                        "/Apps",
+                                        "/Applications",
+                                        "/Desktop",
+                                        "/Documents",
+                                        "/Downloads",
+                                        "/Games",
+                                        "/Music",
+                                        "/Pictures",
+                                        "/Programs",
+                                        "/Projects",
+                                        "/Public",
+                                        "/Software",
+                                        "/Templates",
+                                        "/Tools",
+                                        "/Videos",
+                                        "/apps",
+                                        "/bin",
+                                        "/code",
+                                        "/dev",
+                                        "/games",
+                                        "/git",
+                                        "/opt",
+                                        "/programs",
+                                        "/projects",
+                                        "/snap",
+                                        "/software",
+                                        "/src",
+                                        "/tools",
+                                        "/work"};
 
 std::string parentOf(const std::string& path) {
   return path.substr(0, path.rfind('/'));
-}
-
-std::string nameOf(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
-}
-
-bool isBelow(const std::string& path, const std::string& folder) {
-  return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
 }
 
 bool isThere(const std::string& path) {
@@ -80,28 +89,29 @@ std::string plainName(std::string_view name) {
   return plain;
 }
 
-bool resembles(const std::string& folder, const std::string& name) {
+// Not the other way round: "music-player" in "~/music" has not got all of that to itself.
+bool isCalledLike(const std::string& folder, const std::string& name) {
   constexpr std::size_t kTelling = 3;  // letters
-  if (folder.size() < kTelling || name.size() < kTelling) return false;
-  return folder.find(name) != std::string::npos || name.find(folder) != std::string::npos;
+  return name.size() >= kTelling && folder.find(name) != std::string::npos;
 }
 
 // The folder that is the program's own, else empty. It has to be called like the program: in
 // "~/Tools" may stand anything besides. Programs keep what is started in a folder "bin" of theirs.
 std::string ownFolder(const std::string& program, const DesktopEntry& entry,
                       const std::vector<std::string>& shared) {
-  const std::string file = plainName(nameOf(program));
+  const std::string file = plainName(lastName(program));
   if (file.ends_with("appimage")) return "";
   std::string folder = parentOf(program);
-  if (nameOf(folder) == "bin" || nameOf(folder) == "sbin") {
+  if (lastName(folder) == "bin" || lastName(folder) == "sbin") {
     if (std::find(shared.begin(), shared.end(), folder) != shared.end()) return "";
     folder = parentOf(folder);
   }
   if (std::find(shared.begin(), shared.end(), folder) != shared.end()) return "";
-  const std::string name = plainName(nameOf(folder));
-  const std::string stem = plainName(nameOf(program).substr(0, nameOf(program).find('.')));
+  const std::string name = plainName(lastName(folder));
+  const std::string stem = plainName(lastName(program).substr(0, lastName(program).find('.')));
   const std::string last = plainName(entry.id.substr(entry.id.rfind('.') + 1));
-  if (!resembles(name, stem) && !resembles(name, last) && !resembles(name, plainName(entry.name))) {
+  if (!isCalledLike(name, stem) && !isCalledLike(name, last) &&
+      !isCalledLike(name, plainName(entry.name))) {
     return "";
   }
   for (const char* control : {"/.git", "/.hg", "/.svn"}) {
