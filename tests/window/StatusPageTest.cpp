@@ -85,12 +85,38 @@ TEST_F(StatusPage, PanelIsLiveWhileItIsOpen) {
   EXPECT_TRUE(waitUntil([&] { return !panel.feed().isRunning(); }));
 }
 
+TEST_F(StatusPage, PanelStaysOnTheScreenHoweverManyVolumesThereAre) {
+  workspace->volumes.assign(6, MountedVolume());
+  StatusPanel panel;
+  const QRect screen = panel.screen()->availableGeometry();
+  const QRect anchor(400, screen.bottom() - 20, 20, 20);
+  panel.popUp(anchor);
+  auto* more = panel.findChild<QLabel*>("moreVolumes");
+  ASSERT_TRUE(waitUntil([&] { return more->isVisible(); }));
+  EXPECT_EQ(more->text(), "4 more volumes");
+  EXPECT_TRUE(waitUntil([&] { return panel.size() == panel.sizeHint(); }));
+  EXPECT_LT(panel.geometry().bottom(), anchor.top());
+  EXPECT_TRUE(screen.contains(panel.geometry()));
+}
+
 TEST_F(StatusPage, PanelOpensFromTheWindowWhereThereIsNoTray) {
   launch();
   delegate->addMenuBar();
-  click("panelButton");
+  QWidget* button = find("panelButton");
+  // As the mouse does it, which presses the button again when its press has closed the panel.
+  const auto clickButton = [&] {
+    QWidget* window = delegate->window();
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
+                      button->mapTo(window, button->rect().center()));
+    QCoreApplication::processEvents();
+  };
+  clickButton();
   StatusPanel* panel = delegate->statusBarView()->panel();
   ASSERT_NE(panel, nullptr);
+  EXPECT_TRUE(panel->isVisible());
+  clickButton();
+  EXPECT_FALSE(panel->isVisible()) << "the second click only closes it";
+  clickButton();
   EXPECT_TRUE(panel->isVisible());
   panel->findChild<QAbstractButton*>("openMainWindowButton")->click();
   EXPECT_FALSE(panel->isVisible());
