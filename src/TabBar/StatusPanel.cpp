@@ -151,7 +151,7 @@ void StatusPanel::place() {
 bool StatusPanel::event(QEvent* event) {
   const bool isTaken = QWidget::event(event);
   // The volumes are known a moment after it was opened, and come and go.
-  if (event->type() == QEvent::LayoutRequest && isVisible() && sizeHint() != size()) place();
+  if (event->type() == QEvent::LayoutRequest && isVisible()) place();
   return isTaken;
 }
 

@@ -166,6 +166,10 @@ TEST_F(Quick, NightLightAlternatesWhateverTheScreenShows) {
   EXPECT_THAT(tools.calls(), ElementsAre("nshift 50", "nshift 0", "nshift 50"));
   EXPECT_EQ(ZKLinkUrl::GetUrl("HomeURL"), "https://brisko.example/") << "the rest is kept";
   QuickActions::setNightLight();
+  resources.file(ZKLinkUrl::kTable, "<plist><dict>");
+  EXPECT_TRUE(QuickActions::setNightLight().isOn);
+  EXPECT_EQ(ZKLinkUrl::GetUrl("HomeURL"), "https://brisko.example/") << "made whole again";
+  QuickActions::setNightLight();
   tools.refuse("nshift", "there is none");
   EXPECT_EQ(QuickActions::setNightLight().reason, "there is none");
   EXPECT_FALSE(stored()) << "what cannot be had is not remembered";
