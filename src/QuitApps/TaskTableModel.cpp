@@ -113,7 +113,7 @@ QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   const QString text = QString::fromStdString(
       escapedForDisplay(TaskManagerModel::cellText(row, kColumns[column].identifier)));
-  return role == Qt::ToolTipRole ? text.toHtmlEscaped() : text;
+  return role == Qt::ToolTipRole ? toolTipText(text) : text;
 }
 
 QVariant TaskTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
