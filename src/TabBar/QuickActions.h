@@ -91,8 +91,8 @@ class QuickActions {
   /// Makes changed preferences of the notices last and tells the session
   /// "com.apple.notificationcenterui.dndprefs_changed".
   static void commitDoNotDisturbChanges();
-  /// Asserts for a moment that the display is not to sleep and lets go at once, which a host may take
-  /// for activity. No switch needs it; it is there for whoever has something to show at once.
+  /// Asserts for a moment that the display is not to sleep, which a host may take for activity. No
+  /// switch needs it; it is there for whoever has something to show at once.
   static void setComputerSleep();
 };
 

@@ -28,7 +28,8 @@ class RecordedTools {
   void script(const std::string& name, const std::string& body) {
     const std::string path = folder_ / name;
     std::ofstream(path) << "#!/bin/sh\nprintf '%s\\n' \"$(echo " << name
-                        << " \"$*\" | tr -s '\\t\\n ' '   ')\" >> '" << folder_.path() << "/calls'\n"
+                        << " \"$*\" | tr -s '\\t\\n ' '   ')\" >> '" << folder_.path()
+                        << "/calls'\n"
                         << body << "\n";
     ::chmod(path.c_str(), 0755);
   }
