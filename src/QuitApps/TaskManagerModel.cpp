@@ -5,11 +5,11 @@
 #include "Host.h"
 #include "HostTools.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
-
-#include <fmt/format.h>
 
 namespace brisko {
 namespace {
@@ -39,18 +39,17 @@ TaskManagerModel::~TaskManagerModel() = default;
 
 template <typename Work, typename Take>
 void TaskManagerModel::inBackground(Work work, Take take) {
-  Dispatch::global([life = std::weak_ptr<int>(life_), work = std::move(work),
-                    take = std::move(take)] {
-    auto result = work();
-    Dispatch::mainAsync([life, take, result = std::move(result)]() mutable {
-      if (!life.expired()) take(std::move(result));
-    });
-  });
+  Dispatch::global(
+      [life = std::weak_ptr<int>(life_), work = std::move(work), take = std::move(take)] {
+        auto result = work();
+        Dispatch::mainAsync([life, take, result = std::move(result)]() mutable {
+          if (!life.expired()) take(std::move(result));
+        });
+      });
 }
 
 void TaskManagerModel::start() {
-  samplers_->cpuCount =
-      static_cast<std::uint32_t>(std::max(samplers_->cpuMonitor.getNumCPUs(), 0));
+  samplers_->cpuCount = static_cast<std::uint32_t>(std::max(samplers_->cpuMonitor.getNumCPUs(), 0));
   getAllProcess();
   updateSysStat();
 }
@@ -59,9 +58,8 @@ TaskManagerInfo TaskManagerModel::rowOf(const LaunchedApplication& application) 
   TaskManagerInfo row;
   row.name = application.name;
   row.pID = application.processIdentifier;
-  row.image = application.iconName.empty()
-                  ? Host::current().workspace->iconName(application.path)
-                  : application.iconName;
+  row.image = application.iconName.empty() ? Host::current().workspace->iconName(application.path)
+                                           : application.iconName;
   row.began = beginningOf(row.pID);
   return row;
 }
@@ -69,8 +67,11 @@ TaskManagerInfo TaskManagerModel::rowOf(const LaunchedApplication& application) 
 TaskManagerModel::Reading TaskManagerModel::read(bool withFigures) {
   Reading reading;
   for (const LaunchedApplication& each : Host::current().workspace->launchedApplications()) {
+    TaskManagerInfo row = rowOf(each);
+    // What has no name is no application to people; what has no beginning has ended meanwhile.
+    if (row.name.empty() || row.began == 0) continue;
     ++reading.launched;
-    if (each.name != kOwnName) reading.rows.push_back(rowOf(each));
+    if (row.name != kOwnName) reading.rows.push_back(std::move(row));
   }
   if (withFigures) reading.figures = readProcessList();
   return reading;
@@ -78,6 +79,7 @@ TaskManagerModel::Reading TaskManagerModel::read(bool withFigures) {
 
 void TaskManagerModel::getAllProcess() {
   if (std::exchange(isReading_, true)) return;
+  closedMeanwhile_.clear();
   inBackground([] { return read(true); }, [this](Reading reading) { take(std::move(reading)); });
 }
 
@@ -87,16 +89,23 @@ void TaskManagerModel::take(Reading reading) {
     const auto known = std::find_if(allApplications_.begin(), allApplications_.end(),
                                     [&](const auto& each) { return each.pID == row.pID; });
     if (known == allApplications_.end()) {
-      allApplications_.push_back(std::move(row));
+      if (!wasClosedMeanwhile(row)) allApplications_.push_back(std::move(row));
     } else if (known->began != row.began) {
       *known = std::move(row);  // its number went to another application
     }
   }
-  if (reading.figures) takeFigures(*reading.figures);
+  if (reading.figures) processListWithPS(*reading.figures);
   if (listener_ != nullptr) listener_->rowsChanged();
 }
 
-void TaskManagerModel::takeFigures(const ProcessList& figures) {
+// The reading began before the application was closed, and so still lists it.
+bool TaskManagerModel::wasClosedMeanwhile(const TaskManagerInfo& row) const {
+  return std::any_of(closedMeanwhile_.begin(), closedMeanwhile_.end(), [&](const auto& closed) {
+    return closed.pID == row.pID && closed.began == row.began;
+  });
+}
+
+void TaskManagerModel::processListWithPS(const ProcessList& figures) {
   for (TaskManagerInfo& row : allApplications_) {
     const auto found = figures.find(std::to_string(row.pID));
     if (found == figures.end()) continue;
@@ -124,8 +133,8 @@ TaskManagerModel::Usage TaskManagerModel::sample(Samplers& samplers) {
   }
   const SSMemoryInfo memory = samplers.memoryMonitor.usagePercent();
   if (memory.totalMemory > 0) {
-    usage.memory = usageText(static_cast<double>(memory.usedMomory) /
-                             static_cast<double>(memory.totalMemory));
+    usage.memory =
+        usageText(static_cast<double>(memory.usedMomory) / static_cast<double>(memory.totalMemory));
   }
   return usage;
 }
@@ -165,7 +174,8 @@ void TaskManagerModel::changeCloseButtonState(std::size_t row) {
 }
 
 void TaskManagerModel::setAllSelectOrNoSelect(bool isSelected) {
-  for (TaskManagerInfo& row : allApplications_) row.bIsSelected = isSelected;
+  for (TaskManagerInfo& row : allApplications_)
+    row.bIsSelected = isSelected;
   if (listener_ != nullptr) listener_->rowsChanged();
 }
 
@@ -189,10 +199,16 @@ bool TaskManagerModel::isStillThere(const TaskManagerInfo& row) {
   return row.began != 0 && beginningOf(row.pID) == row.began;
 }
 
+void TaskManagerModel::close(const TaskManagerInfo& row) {
+  // The number of one that has ended may be another process's by now.
+  if (isStillThere(row)) doCloseWithPID(std::to_string(row.pID));
+}
+
 void TaskManagerModel::closeButtonAction() {
   for (const TaskManagerInfo& row : allApplications_) {
-    // The number of one that has ended may be another process's by now.
-    if (row.bIsSelected && isStillThere(row)) doCloseWithPID(std::to_string(row.pID));
+    if (!row.bIsSelected) continue;
+    close(row);
+    closedMeanwhile_.push_back(row);
   }
   std::erase_if(allApplications_, [](const TaskManagerInfo& row) { return row.bIsSelected; });
   if (listener_ != nullptr) listener_->rowsChanged();
@@ -205,9 +221,10 @@ void TaskManagerModel::doCloseWithPID(const std::string& pid) {
 std::string TaskManagerModel::cellText(const TaskManagerInfo& row, std::string_view column) {
   if (column == "Name") return withoutSuffix(row.name);
   if (column == "Size") return CommUti::longlongDiskSize(static_cast<std::uint64_t>(row.memSize));
-  if (column == "cpu") return row.procCpu + "%";
+  // Without an answer from "ps" there is no figure, and none is made up.
+  if (column == "cpu") return row.procCpu.empty() ? "" : row.procCpu + "%";
   if (column == "time") return row.procETime;
-  if (column == "memroy") {
+  if (column == "memroy" && !row.procVss.empty()) {
     return CommUti::longlongDiskSize(std::strtoull(row.procVss.c_str(), nullptr, 10));
   }
   return {};

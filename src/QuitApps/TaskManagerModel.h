@@ -61,7 +61,9 @@ class TaskManagerModel {
 
   /// Asks every ticked application to end, in row order, and drops its row. Does not wait.
   void closeButtonAction();
-  /// Asks one process to end, by its number in decimal. Failures are not reported.
+  /// Asks the process of one row to end, if it is still the one that was listed.
+  static void close(const TaskManagerInfo& row);
+  /// Asks a process to end, by its number in decimal. Failures are not reported.
   static void doCloseWithPID(const std::string& pid);
 
   bool isReading() const { return isReading_; }
@@ -74,7 +76,8 @@ class TaskManagerModel {
   const UsageText& cpuUsage() const { return cpuUsage_; }
   const UsageText& memoryUsage() const { return memoryUsage_; }
 
-  /// A cell by its column: "Name", "Size", "cpu", "time" or "memroy"; empty for any other.
+  /// A cell by its column: "Name", "Size", "cpu", "time" or "memroy"; empty for any other, and
+  /// where "ps" told nothing of the process.
   static std::string cellText(const TaskManagerInfo& row, std::string_view column);
 
   /// The load that is shown, 0 to 1. Sums of the cores up to each core are added up, not the cores,
@@ -105,7 +108,9 @@ class TaskManagerModel {
   static Reading read(bool withFigures);
   static TaskManagerInfo rowOf(const LaunchedApplication& application);
   void take(Reading reading);
-  void takeFigures(const ProcessList& figures);
+  bool wasClosedMeanwhile(const TaskManagerInfo& row) const;
+  /// Fills the figures into the rows; one that is not told of keeps those it had.
+  void processListWithPS(const ProcessList& figures);
   static Usage sample(Samplers& samplers);
   /// Runs `work` in the background and hands what it gives to `take`, unless the model is gone.
   template <typename Work, typename Take>
@@ -113,6 +118,7 @@ class TaskManagerModel {
 
   TaskManagerListener* listener_ = nullptr;
   std::vector<TaskManagerInfo> allApplications_;
+  std::vector<TaskManagerInfo> closedMeanwhile_;  ///< since the reading began that is under way
   bool isReading_ = false;
   bool isSampling_ = false;
   UsageText cpuUsage_;

@@ -21,8 +21,7 @@ TaskManagerViewController::TaskManagerViewController()
   ui_->emptyView->show("ic_quit", getLocalizedString("No application is running"),
                        getLocalizedString("What you start from the desktop's menus appears here."));
   setUpTable();
-  connect(ui_->mainButton, &QAbstractButton::clicked, this,
-          [this] { model_.closeButtonAction(); });
+  connect(ui_->mainButton, &QAbstractButton::clicked, this, [this] { model_.closeButtonAction(); });
   connect(ui_->refButton, &QAbstractButton::clicked, this, [this] { model_.refButtonAction(); });
   connect(&timer, &QTimer::timeout, this, [this] { model_.changeCpuAndMemory(); });
   connect(&Theme::shared(), &Theme::changed, this, [this] { usageChanged(); });
@@ -59,11 +58,15 @@ void TaskManagerViewController::rowsChanged() {
   rows_->reloadData(model_.allApplications());
   const bool isEmpty = model_.allApplications().empty();
   ui_->listViews->setCurrentWidget(isEmpty ? ui_->emptyPage : ui_->tablePage);
+  changeSelectAllButton();
+}
+
+void TaskManagerViewController::changeSelectAllButton() {
   ui_->listTableView->selectAllBox()->setImageName(model_.selectAllImage());
   ui_->mainButton->setEnabled(model_.closeButtonEnabled());
   const std::size_t selected = model_.selectedCount();
   QString text;
-  if (!isEmpty) {
+  if (!model_.allApplications().empty()) {
     text = selected == 1 ? getLocalizedString("1 application selected")
                          : filledIn(getLocalizedString("%@ applications selected"),
                                     QString::number(selected));

@@ -33,6 +33,8 @@ class TaskManagerViewController : public PageController, private TaskManagerList
   void usageChanged() override;
 
   void setUpTable();
+  /// Shows how many rows are ticked: at the header's box, the close button and the label below.
+  void changeSelectAllButton();
   static void showUsage(QLabel* label, const UsageText& usage);
 
   TaskManagerModel model_;

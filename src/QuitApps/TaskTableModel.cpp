@@ -41,16 +41,29 @@ qlonglong secondsOf(const std::string& elapsed) {
 }  // namespace
 
 void TaskTableModel::reloadData(const std::vector<TaskManagerInfo>& rows) {
-  const bool isSame = std::equal(rows.begin(), rows.end(), rows_.begin(), rows_.end(),
-                                 [](const auto& a, const auto& b) { return a.pID == b.pID; });
-  if (isSame) {
+  const auto isSame = [](const auto& a, const auto& b) { return a.pID == b.pID; };
+  for (int row = rowCount() - 1; row >= 0; --row) {
+    const auto place = rows_.begin() + row;
+    if (std::any_of(rows.begin(), rows.end(),
+                    [&](const auto& each) { return isSame(each, *place); }))
+      continue;
+    beginRemoveRows({}, row, row);
+    rows_.erase(place);
+    endRemoveRows();
+  }
+  const int kept = rowCount();
+  const int added = static_cast<int>(rows.size()) - kept;
+  // New ones are at the end. In another order none would keep its place.
+  if (added < 0 || !std::equal(rows_.begin(), rows_.end(), rows.begin(), isSame)) {
+    beginResetModel();
     rows_ = rows;
-    if (!rows_.empty()) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, count - 1));
+    endResetModel();
     return;
   }
-  beginResetModel();
+  if (added > 0) beginInsertRows({}, kept, kept + added - 1);
   rows_ = rows;
-  endResetModel();
+  if (added > 0) endInsertRows();
+  if (kept > 0) Q_EMIT dataChanged(index(0, 0), index(kept - 1, count - 1));
 }
 
 int TaskTableModel::rowCount(const QModelIndex& parent) const {
@@ -95,7 +108,7 @@ QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   const QString text = QString::fromStdString(
       escapedForDisplay(TaskManagerModel::cellText(row, kColumns[column].identifier)));
-  return role == Qt::ToolTipRole ? text.toHtmlEscaped() : text;
+  return role == Qt::ToolTipRole ? toolTipText(text) : text;
 }
 
 QVariant TaskTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -8,6 +8,17 @@
 #include <QGridLayout>
 
 namespace brisko {
+namespace {
+
+// What the switch does, or why it cannot. A reason is a text of one of our tools, else of the
+// system.
+QString toolTipOf(const QuickActionsModel::Row& row) {
+  if (row.state.reason.empty()) return getLocalizedString(row.action->toolTip);
+  return filledIn(getLocalizedString(QuickActions::kNotPossible),
+                  getLocalizedString(row.state.reason.c_str()));
+}
+
+}  // namespace
 
 HightActionViewController::HightActionViewController(QWidget* parent) : QWidget(parent) {
   using Self = HightActionViewController;
@@ -49,9 +60,10 @@ void HightActionViewController::update(int index) {
   const QString label = *row.label() != '\0' ? getLocalizedString(row.label()) : QString();
   tile->setState(row.state.isOn, label, row.icon());
   tile->setWorking(row.state.reason.empty());
-  const QString toolTip = QString::fromStdString(row.toolTip());
+  const QString toolTip = toolTipOf(row);
   tile->setToolTip(toolTipText(toolTip));
-  tile->setAccessibleDescription(label + QStringLiteral(". ") + toolTip);
+  tile->setAccessibleDescription(label.isEmpty() ? toolTip
+                                                 : label + QStringLiteral(". ") + toolTip);
 }
 
 }  // namespace brisko

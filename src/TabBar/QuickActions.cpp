@@ -8,9 +8,7 @@
 #include "SystemLog.h"
 #include "ZKLinkUrl.h"
 
-#include <algorithm>
-#include <cctype>
-#include <charconv>
+#include <strings.h>
 
 namespace brisko {
 namespace {
@@ -39,6 +37,11 @@ SwitchState turnDarkMode(bool isOn) {
 
 void writeOpenNight(bool isOn) {
   PropertyList table = Resources::table(ZKLinkUrl::kTable);
+  // The file is written in place, and a full disk cuts it: the links in it are not to go with it.
+  if (!table.isDictionary()) {
+    table =
+        PropertyList::parse(Resources::builtIn(ZKLinkUrl::kTable).value_or(""), ZKLinkUrl::kTable);
+  }
   table.set(kOpenNight, isOn);
   Resources::writeTable(ZKLinkUrl::kTable, table);
 }
@@ -51,11 +54,8 @@ SwitchState turnNightLight(bool isOn) {
   return QuickCommands::meant(isOn, reason);
 }
 
-bool isSameText(std::string_view left, std::string_view right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(), [](char a, char b) {
-    return std::tolower(static_cast<unsigned char>(a)) ==
-           std::tolower(static_cast<unsigned char>(b));
-  });
+bool isSameText(const std::string& left, const char* right) {
+  return ::strcasecmp(left.c_str(), right) == 0;
 }
 
 }  // namespace
@@ -81,7 +81,7 @@ const std::array<QuickAction, QuickActions::kCount>& QuickActions::all() {
   return actions;
 }
 
-const QuickAction* QuickActions::find(std::string_view name) {
+const QuickAction* QuickActions::find(const std::string& name) {
   for (const QuickAction& action : all()) {
     if (isSameText(name, action.name) || isSameText(name, action.title) ||
         name == std::to_string(action.index))

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <string>
-#include <string_view>
 
 namespace brisko {
 
@@ -44,7 +43,10 @@ class QuickActions {
 
   static const std::array<QuickAction, kCount>& all();
   /// By index, name or title, in any case; null for none of those.
-  static const QuickAction* find(std::string_view name);
+  static const QuickAction* find(const std::string& name);
+
+  /// What a switch is told to be with its reason in place of "%@", where it has one.
+  static constexpr const char* kNotPossible = "Not possible here: %@.";
 
   /// "Active" or "Disabled".
   static const char* label(bool isOn) { return isOn ? "Active" : "Disabled"; }
@@ -89,7 +91,8 @@ class QuickActions {
   /// Makes changed preferences of the notices last and tells the session
   /// "com.apple.notificationcenterui.dndprefs_changed".
   static void commitDoNotDisturbChanges();
-  /// Asserts for a moment that the display is not to sleep, which wakes it.
+  /// Asserts for a moment that the display is not to sleep, which a host may take for activity. No
+  /// switch needs it; it is there for whoever has something to show at once.
   static void setComputerSleep();
 };
 

@@ -3,8 +3,6 @@
 #include "Dispatch.h"
 #include "PreventSleep.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -16,11 +14,6 @@ const char* QuickActionsModel::Row::label() const {
 
 const char* QuickActionsModel::Row::icon() const {
   return state.isOn ? action->iconOn : action->iconOff;
-}
-
-std::string QuickActionsModel::Row::toolTip() const {
-  if (state.reason.empty()) return action->toolTip;
-  return fmt::format("Not possible here: {}.", state.reason);
 }
 
 QuickActionsModel::QuickActionsModel() {
@@ -63,8 +56,6 @@ void QuickActionsModel::add(Job job) {
     if (reading != jobs_.end()) place = reading + 1;
   }
   jobs_.insert(place, job);
-  at(job.index).isBusy = true;
-  if (listener_) listener_(job.index);
   if (jobs_.size() == 1) runNext();
 }
 
@@ -81,11 +72,7 @@ void QuickActionsModel::runNext() {
 
 void QuickActionsModel::take(int index, SwitchState state) {
   jobs_.pop_front();
-  Row& changed = at(index);
-  changed.state = std::move(state);
-  changed.isRead = true;
-  changed.isBusy =
-      std::any_of(jobs_.begin(), jobs_.end(), [&](const Job& job) { return job.index == index; });
+  at(index).state = std::move(state);
   if (!jobs_.empty()) runNext();
   if (listener_) listener_(index);
 }

@@ -17,14 +17,10 @@ class QuickActionsModel {
   struct Row {
     const QuickAction* action = nullptr;
     SwitchState state;
-    bool isRead = false;  ///< the state is known
-    bool isBusy = false;  ///< being read or changed
 
     /// "Active" or "Disabled"; empty for what has no state.
     const char* label() const;
     const char* icon() const;
-    /// What the switch does, or why it cannot.
-    std::string toolTip() const;
   };
 
   QuickActionsModel();

@@ -1,21 +1,12 @@
 #include "QuickCommands.h"
 
 #include "HostTools.h"
+#include "Trimmed.h"
 
 #include <sstream>
 #include <utility>
 
 namespace brisko {
-namespace {
-
-std::string withoutBlanks(const std::string& text) {
-  constexpr const char* kBlanks = " \t\r\n\v\f";
-  const std::size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
-
-}  // namespace
 
 std::string QuickCommands::Answer::reason(const std::string& tool) const {
   const std::string begin = tool + ": ";
@@ -35,7 +26,7 @@ QuickCommands::Answer QuickCommands::bash(const std::string& command) {
 
 QuickCommands::Answer QuickCommands::run(const std::vector<std::string>& arguments) {
   HostTools::Outcome outcome = HostTools::run(arguments);
-  Answer answer{withoutBlanks(outcome.output), std::move(outcome.errors)};
+  Answer answer{std::string(trimmed(outcome.output)), std::move(outcome.errors)};
   if (outcome.status < 0) answer.errors = arguments.front() + ": it could not be started\n";
   return answer;
 }

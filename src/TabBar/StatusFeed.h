@@ -21,6 +21,9 @@ class StatusFeed : public QObject {
   Q_OBJECT
 
  public:
+  /// Bytes per second up to which the chart of a rate reaches when less than that moves.
+  static constexpr double kLeastRateScale = 100'000;
+
   /// Owned by `view`.
   explicit StatusFeed(QWidget* view);
 

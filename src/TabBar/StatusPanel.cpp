@@ -15,6 +15,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
@@ -85,9 +86,8 @@ void StatusPanel::addMeters(QVBoxLayout* column) {
   memory_ = meter("Memory used", "memoryMeter", Token::accentFill, 0, 1);
   received_ = meter("Network received", "receivedMeter", Token::success, 1, 0);
   sent_ = meter("Network sent", "sentMeter", Token::success, 1, 1);
-  constexpr double kLeastRateScale = 100'000;  // bytes per second
   for (PanelMeter* each : {received_, sent_})
-    each->chart()->setMaximum(0, kLeastRateScale);
+    each->chart()->setMaximum(0, StatusFeed::kLeastRateScale);
   column->addLayout(grid);
 }
 
@@ -119,23 +119,46 @@ void StatusPanel::updateSysStat() {
 }
 
 void StatusPanel::popUp(const QRect& anchor) {
-  volumes_->refresh();
-  adjustSize();
-  const QScreen* screen = QGuiApplication::screenAt(anchor.center());
+  // What does not fit on a low screen cannot be reached.
+  constexpr int kHighScreen = 800;
+  anchor_ = anchor;
+  volumes_->setMost(screenArea().height() < kHighScreen ? 2 : 4);
+  place();
+  show();
+}
+
+QRect StatusPanel::screenArea() const {
+  const QScreen* screen = QGuiApplication::screenAt(anchor_.center());
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  const QRect area = screen->availableGeometry().adjusted(8, 8, -8, -8);
+  return screen->availableGeometry().adjusted(8, 8, -8, -8);
+}
+
+void StatusPanel::place() {
+  const QRect area = screenArea();
   QRect frame(QPoint(0, 0), sizeHint());
-  frame.moveCenter(anchor.center());
+  frame.moveCenter(anchor_.center());
   // Below an item at the top of the screen, above one at its bottom.
-  const bool isBelow = anchor.center().y() < area.center().y();
-  frame.moveTop(isBelow ? anchor.bottom() + 8 : anchor.top() - 8 - frame.height());
+  const bool isBelow = anchor_.center().y() < area.center().y();
+  frame.moveTop(isBelow ? anchor_.bottom() + 8 : anchor_.top() - 8 - frame.height());
   const auto clamp = [](int value, int low, int high) {
     return std::max(low, std::min(value, high));
   };
   frame.moveLeft(clamp(frame.left(), area.left(), area.right() - frame.width()));
   frame.moveTop(clamp(frame.top(), area.top(), area.bottom() - frame.height()));
-  move(frame.topLeft());
-  show();
+  setGeometry(frame);
+}
+
+bool StatusPanel::event(QEvent* event) {
+  const bool isTaken = QWidget::event(event);
+  // The volumes are known a moment after it was opened, and come and go.
+  if (event->type() == QEvent::LayoutRequest && isVisible()) place();
+  return isTaken;
+}
+
+void StatusPanel::mousePressEvent(QMouseEvent* event) {
+  // The press goes on to what is below; the button that opened this would open it again.
+  setAttribute(Qt::WA_NoMouseReplay, anchor_.contains(event->globalPosition().toPoint()));
+  QWidget::mousePressEvent(event);
 }
 
 void StatusPanel::paintEvent(QPaintEvent*) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QWidget>
 
 class QLabel;
@@ -20,7 +21,8 @@ class StatusPanel : public QWidget {
  public:
   StatusPanel();
 
-  /// Shows it beside `anchor`, a rectangle on the screen, wholly on that screen.
+  /// Shows it beside `anchor`, a rectangle on the screen, wholly on that screen. It stays there
+  /// when its content grows. A press on `anchor` meanwhile closes it and is nothing else.
   void popUp(const QRect& anchor);
 
   HightActionViewController& switches() const { return *switches_; }
@@ -31,12 +33,17 @@ class StatusPanel : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   void addHead(QVBoxLayout* column);
   void addMeters(QVBoxLayout* column);
   void updateSysStat();
+  QRect screenArea() const;
+  void place();
 
+  QRect anchor_;
   StatusFeed* feed_;
   QLabel* temperatures_ = nullptr;
   PanelMeter* processor_ = nullptr;

@@ -30,7 +30,6 @@ void SwitchTile::setState(bool isOn, const QString& label, std::string imageName
   setChecked(isOn);
   label_ = label;
   imageName_ = std::move(imageName);
-  setAccessibleDescription(label);
   update();
 }
 

@@ -18,7 +18,6 @@ using Part = ChartCard::Part;
 constexpr int kColumns = 3;
 // Volumes fill slowly, and asking a sleeping network volume is not free.
 constexpr int kUpdatesPerVolumeLook = 10;
-constexpr double kLeastRateScale = 100'000;  // bytes per second
 
 QString shown(const std::string& text) {
   return QString::fromStdString(text);
@@ -79,7 +78,7 @@ void SystemStartViewController::prepareCharts() {
            {getLocalizedString("Sent"), Token::success}},
           rate);
   for (ChartCard* card : {ui_->diskCard, ui_->networkCard}) {
-    card->chart()->setMaximum(0, kLeastRateScale);
+    card->chart()->setMaximum(0, StatusFeed::kLeastRateScale);
     card->setChartHeight(72);
   }
 }

@@ -40,6 +40,11 @@ std::string SystemTexts::rate(double bytesPerSecond) {
   return CommUti::convertVolSpace(static_cast<std::uint64_t>(whole)) + "/s";
 }
 
+double SystemTexts::usedFraction(std::uint64_t totalBytes, std::uint64_t freeBytes) {
+  if (totalBytes == 0 || freeBytes > totalBytes) return 0;
+  return 1 - static_cast<double>(freeBytes) / static_cast<double>(totalBytes);
+}
+
 std::string SystemTexts::degrees(double celsius) {
   return fmt::format("{} °C", std::lround(celsius));
 }

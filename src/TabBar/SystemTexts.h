@@ -15,6 +15,8 @@ namespace SystemTexts {
 std::string percent(double fraction);
 /// Bytes per second: "12.34 MB/s".
 std::string rate(double bytesPerSecond);
+/// What is used of a volume, 0 to 1; 0 for one that does not tell its size.
+double usedFraction(std::uint64_t totalBytes, std::uint64_t freeBytes);
 /// "54 °C".
 std::string degrees(double celsius);
 /// "3 days 4 h", "4 h 12 min", "12 min", "less than a minute"; empty for 0, which is unknown.

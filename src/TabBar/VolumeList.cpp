@@ -5,12 +5,16 @@
 #include "Host.h"
 #include "ImageView.h"
 #include "LocalizedString.h"
+#include "SystemTexts.h"
 #include "Theme.h"
 #include "UsageBar.h"
 
 #include <QGridLayout>
 #include <QLabel>
 #include <QPointer>
+#include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace brisko {
 namespace {
@@ -30,11 +34,6 @@ QString figures(const MountedVolume& volume) {
 }
 
 }  // namespace
-
-double VolumeRow::usedFraction(const MountedVolume& volume) {
-  if (volume.totalBytes == 0 || volume.freeBytes > volume.totalBytes) return 0;
-  return 1 - static_cast<double>(volume.freeBytes) / static_cast<double>(volume.totalBytes);
-}
 
 const char* VolumeRow::imageName(const MountedVolume& volume) {
   if (volume.root == "/") return "ic_diskos";
@@ -73,16 +72,22 @@ void VolumeRow::show(const MountedVolume& volume) {
   nameLabel_->setText(name);
   nameLabel_->setToolTip(toolTipText(displayText(volume.root)));
   figuresLabel_->setText(figures(volume));
-  bar_->setFraction(usedFraction(volume));
+  bar_->setFraction(SystemTexts::usedFraction(volume.totalBytes, volume.freeBytes));
   bar_->setAccessibleName(name);
   setAccessibleName(name);
   setAccessibleDescription(figuresLabel_->text());
 }
 
-VolumeList::VolumeList(QWidget* parent) : QWidget(parent), grid_(new QGridLayout(this)) {
-  grid_->setContentsMargins(0, 0, 0, 0);
+VolumeList::VolumeList(QWidget* parent)
+    : QWidget(parent), grid_(new QGridLayout), moreLabel_(plainLabel("caption", "moreVolumes")) {
   grid_->setHorizontalSpacing(Space::huge);
   grid_->setVerticalSpacing(Space::large);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(Space::small);
+  column->addLayout(grid_);
+  column->addWidget(moreLabel_);
+  moreLabel_->hide();
   token_ =
       Host::current().workspace->observeVolumes([this](const MountedVolume&, bool) { refresh(); });
 }
@@ -117,12 +122,12 @@ void VolumeList::refresh() {
   });
 }
 
-void VolumeList::take(const std::vector<MountedVolume>& volumes) {
-  while (rows_.size() > volumes.size()) {
+void VolumeList::setRowCount(std::size_t count) {
+  while (rows_.size() > count) {
     delete rows_.back();
     rows_.pop_back();
   }
-  while (rows_.size() < volumes.size()) {
+  while (rows_.size() < count) {
     auto* row = new VolumeRow;
     const int index = static_cast<int>(rows_.size());
     row->setObjectName(QStringLiteral("volume%1").arg(index));
@@ -131,9 +136,18 @@ void VolumeList::take(const std::vector<MountedVolume>& volumes) {
   }
   // A column without a volume leaves its room to the others.
   for (int column = 0; column < columns_; ++column)
-    grid_->setColumnStretch(column, column < static_cast<int>(volumes.size()) ? 1 : 0);
-  for (std::size_t i = 0; i < volumes.size(); ++i)
+    grid_->setColumnStretch(column, column < static_cast<int>(count) ? 1 : 0);
+}
+
+void VolumeList::take(const std::vector<MountedVolume>& volumes) {
+  setRowCount(std::min(volumes.size(), most_));
+  for (std::size_t i = 0; i < rows_.size(); ++i)
     rows_[i]->show(volumes[i]);
+  const std::size_t more = volumes.size() - rows_.size();
+  moreLabel_->setVisible(more > 0);
+  moreLabel_->setText(more == 1
+                          ? getLocalizedString("1 more volume")
+                          : filledIn(getLocalizedString("%@ more volumes"), QString::number(more)));
   updateGeometry();
 }
 

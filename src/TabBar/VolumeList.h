@@ -8,7 +8,6 @@
 
 class QGridLayout;
 class QLabel;
-class QVBoxLayout;
 
 namespace brisko {
 
@@ -24,7 +23,6 @@ class VolumeRow : public QWidget {
   void show(const MountedVolume& volume);
   using QWidget::show;
 
-  static double usedFraction(const MountedVolume& volume);
   static const char* imageName(const MountedVolume& volume);
 
  private:
@@ -45,6 +43,8 @@ class VolumeList : public QWidget {
 
   /// Rows stand side by side where `columns` is more than 1.
   void setColumns(int columns);
+  /// Shows so many at the most, and says how many more there are.
+  void setMost(std::size_t most) { most_ = most; }
   void refresh();
 
  protected:
@@ -52,10 +52,13 @@ class VolumeList : public QWidget {
 
  private:
   void take(const std::vector<MountedVolume>& volumes);
+  void setRowCount(std::size_t count);
 
   QGridLayout* grid_;
+  QLabel* moreLabel_;
   std::vector<VolumeRow*> rows_;
   int columns_ = 1;
+  std::size_t most_ = ~std::size_t{0};
   int token_ = 0;
   bool isLooking_ = false;
   bool looksAgain_ = false;

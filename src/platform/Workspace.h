@@ -12,8 +12,8 @@ namespace brisko {
 /// A running application, as the desktop knows it.
 struct LaunchedApplication {
   std::string bundleIdentifier;  ///< the desktop entry's id on hosts without bundles
-  std::string name;
-  std::string path;  ///< the application's bundle or executable
+  std::string name;              ///< empty for a part of the session that is in no menu
+  std::string path;              ///< the application's bundle or executable
   std::string iconName;
   int processIdentifier = 0;
 };

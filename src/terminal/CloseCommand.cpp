@@ -7,13 +7,13 @@
 #include "SystemLog.h"
 #include "TaskManagerModel.h"
 
-#include <algorithm>
-#include <chrono>
-
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 #include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
 
 namespace brisko {
 namespace {
@@ -23,13 +23,14 @@ using Rows = std::vector<TaskManagerInfo>;
 
 constexpr std::chrono::seconds kPatience{5};
 
-bool hasEnded(const TaskManagerInfo& row) { return !TaskManagerModel::isStillThere(row); }
+bool hasEnded(const TaskManagerInfo& row) {
+  return !TaskManagerModel::isStillThere(row);
+}
 
 /// Asks each to end and waits until all have, or for five seconds.
 void close(const Rows& rows) {
-  for (const TaskManagerInfo& row : rows) {
-    TaskManagerModel::doCloseWithPID(std::to_string(row.pID));
-  }
+  for (const TaskManagerInfo& row : rows)
+    TaskManagerModel::close(row);
   const Clock::time_point end = Clock::now() + kPatience;
   Dispatch::runUntil([&] {
     return std::all_of(rows.begin(), rows.end(), hasEnded) || Clock::now() > end ||
@@ -71,7 +72,10 @@ Rows CloseCommand::named() const {
     if (found == all.end() && !Interruption::happened()) {
       throw WrongUsage(fmt::format("close: \"{}\" is no running application of yours", process));
     }
-    if (found != all.end()) rows.push_back(*found);
+    const bool isTwice = std::any_of(rows.begin(), rows.end(), [&](const TaskManagerInfo& row) {
+      return std::to_string(row.pID) == process;
+    });
+    if (found != all.end() && !isTwice) rows.push_back(*found);
   }
   return rows;
 }

@@ -27,11 +27,6 @@ std::string memoryText(std::uint64_t bytes) {
   return SSMemoryInfo::covertMemory(static_cast<std::int64_t>(bytes));
 }
 
-double usedFraction(const TCVolumDetail& volume) {
-  if (volume.nTotalSize == 0 || volume.nFreeSize > volume.nTotalSize) return 0;
-  return 1 - static_cast<double>(volume.nFreeSize) / static_cast<double>(volume.nTotalSize);
-}
-
 std::size_t barColumns(std::size_t columns) {
   return std::clamp<std::size_t>(columns / 4, 10, 40);
 }
@@ -214,7 +209,7 @@ std::string StatusReport::volumes(const std::vector<TCVolumDetail>& volumes,
                                   std::size_t columns) const {
   std::string text;
   for (const TCVolumDetail& volume : volumes) {
-    const double fraction = usedFraction(volume);
+    const double fraction = SystemTexts::usedFraction(volume.nTotalSize, volume.nFreeSize);
     text += style_.bold(leftAligned(text.empty() ? "Volumes" : "", kLabel)) +
             bar(fraction, barColumns(columns)) + figure(fraction) + "  " +
             escapedForDisplay(volume.volumeName) +

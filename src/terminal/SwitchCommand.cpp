@@ -37,14 +37,17 @@ std::string document(const std::vector<Shown>& all) {
   return documentText({{"switches", std::move(switches)}});
 }
 
+std::string notPossible(const std::string& reason) {
+  std::string text = QuickActions::kNotPossible;
+  return text.replace(text.find("%@"), 2, escapedForDisplay(reason));
+}
+
 std::string text(const std::vector<Shown>& all) {
   const Style style = Style::ofStandardOutput();
   std::string lines;
   for (const auto& [action, state] : all) {
     const char* label = action->hasState ? QuickActions::label(state.isOn) : "";
-    const std::string told = state.reason.empty()
-                                 ? action->toolTip
-                                 : "Not possible here: " + escapedForDisplay(state.reason) + ".";
+    const std::string told = state.reason.empty() ? action->toolTip : notPossible(state.reason);
     const std::string shown = leftAligned(label, 9);
     lines += fmt::format("{} {} {} {}\n", action->index, leftAligned(action->name, 16),
                          state.isOn ? style.accent(shown) : shown, style.dim(told));
@@ -54,6 +57,12 @@ std::string text(const std::vector<Shown>& all) {
 
 bool show(const std::vector<Shown>& all, const GlobalOptions& global) {
   return writeOut(global.json ? document(all) : text(all));
+}
+
+std::string wouldText(const QuickAction& action, bool isWanted, bool isDifferent) {
+  const char* state = isWanted ? "on" : "off";
+  return isDifferent ? fmt::format("Would turn {} {}.\n", action.name, state)
+                     : fmt::format("{} is {} already.\n", action.name, state);
 }
 
 // What keeps the machine awake goes with the process.
@@ -97,7 +106,9 @@ int SwitchCommand::change(const QuickAction& action, const GlobalOptions& global
     state = action.hasState ? QuickActions::read(action.index) : SwitchState();
     if (!meant.reason.empty()) state.reason = meant.reason;
   }
-  const bool isShown = show({{&action, state}}, global);
+  const bool isPlan = global.dryRun && !global.json && state.reason.empty();
+  const bool isShown = isPlan ? writeOut(wouldText(action, isWanted, isDifferent))
+                              : show({{&action, state}}, global);
   if (!state.reason.empty()) {
     writeError(fmt::format("{}: {}", action.name, state.reason));
     return kNotDone;

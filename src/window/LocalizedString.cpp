@@ -21,7 +21,11 @@ QString displayText(std::string_view bytes) {
 }
 
 QString toolTipText(const QString& text) {
-  return QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
+  // Markup is folded into a narrow block; a short text stays on its line.
+  constexpr qsizetype kOneLine = 90;
+  const bool isShort = text.size() <= kOneLine;
+  return (isShort ? QStringLiteral("<qt><nobr>%1</nobr></qt>") : QStringLiteral("<qt>%1</qt>"))
+      .arg(text.toHtmlEscaped());
 }
 
 QString filledIn(const QString& format, const QString& value) {

@@ -1,7 +1,6 @@
-#include "TaskManagerModel.h"
-
 #include "Dispatch.h"
 #include "FakeWorkspace.h"
+#include "TaskManagerModel.h"
 #include "TemporaryFolder.h"
 #include "TestHost.h"
 
@@ -88,10 +87,10 @@ class TaskManager : public testing::Test {
 };
 
 TEST_F(TaskManager, ListsEachApplicationOnceAndNeverItself) {
-  makeTool("ps", std::string("echo '") + kHeader +
-                     "12:00:00 anna 7 3.5 2048000 10 01:00 - 12:00 - -'\n");
+  makeTool("ps",
+           std::string("echo '") + kHeader + "12:00:00 anna 7 3.5 2048000 10 01:00 - 12:00 - -'\n");
   workspace_->applications = {application("Mail.app", 7), application("Brisko", 8),
-                              application("Mail.app", 7)};
+                              application("Mail.app", 7), application("", 9)};
   read();
   read();
   ASSERT_EQ(model_.allApplications().size(), 1U);
@@ -101,6 +100,8 @@ TEST_F(TaskManager, ListsEachApplicationOnceAndNeverItself) {
   EXPECT_EQ(TaskManagerModel::cellText(row, "memroy"), "2.05 MB");
   EXPECT_EQ(TaskManagerModel::cellText(row, "time"), "01:00");
   EXPECT_EQ(TaskManagerModel::cellText(row, "other"), "");
+  EXPECT_EQ(TaskManagerModel::cellText(TaskManagerInfo(), "cpu"), "") << "no figure is no 0";
+  EXPECT_EQ(TaskManagerModel::cellText(TaskManagerInfo(), "memroy"), "");
   makeTool("ps", "exit 1\n");
   workspace_->applications.clear();
   read();
@@ -132,8 +133,10 @@ TEST_F(TaskManager, ClosesARealProcessAndLeavesANumberThatIsAnothersAlone) {
   model_.changeCloseButtonState(0);
   model_.changeCloseButtonState(1);
   workspace_->ended.insert(spared);
+  model_.getAllProcess();
   model_.closeButtonAction();
-  ASSERT_EQ(model_.allApplications().size(), 1U);
+  Dispatch::runUntil([&] { return !model_.isReading(); });
+  ASSERT_EQ(model_.allApplications().size(), 1U) << "a reading that began before brings none back";
   EXPECT_EQ(model_.allApplications()[0].name, "C");
   int status = 0;
   EXPECT_EQ(::waitpid(closed, &status, 0), closed);
@@ -141,6 +144,8 @@ TEST_F(TaskManager, ClosesARealProcessAndLeavesANumberThatIsAnothersAlone) {
   EXPECT_EQ(::waitpid(spared, &status, WNOHANG), 0) << "it still runs";
   ::kill(spared, SIGKILL);
   ::waitpid(spared, &status, 0);
+  read();
+  EXPECT_EQ(model_.allApplications().size(), 2U) << "one that refused is shown again";
 }
 
 }  // namespace

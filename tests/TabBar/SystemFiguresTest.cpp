@@ -1,14 +1,12 @@
 #include "SystemHistory.h"
 #include "SystemSampler.h"
 #include "SystemTexts.h"
-#include "TestHost.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 using namespace brisko;
-using namespace brisko::test;
 
 namespace {
 
@@ -77,23 +75,6 @@ TEST(SystemFigures, Texts) {
                          {"b", Temperature::Kind::drive, 40},
                          {"c", Temperature::Kind::drive, 45}};
   EXPECT_EQ(SystemTexts::hottest(sample, Temperature::Kind::drive), 45);
-}
-
-TEST(SystemFigures, SamplerKeepsGoingWithoutAnything) {
-  TestHost host;
-  struct Nothing : HostActivity {
-    std::vector<TransferCounters> disks() override { return {}; }
-    std::vector<TransferCounters> networkInterfaces() override { return {}; }
-    std::vector<Temperature> temperatures() override { return {}; }
-    std::optional<std::uint64_t> upTimeSeconds() override { return std::nullopt; }
-  };
-  host.host().activity = std::make_unique<Nothing>();
-  SystemSampler sampler;
-  sampler.restart();
-  const SystemSample sample = sampler.sample();
-  EXPECT_EQ(sample.disk.in + sample.network.out, 0);
-  EXPECT_EQ(sample.upTimeSeconds, 0U);
-  EXPECT_EQ(SystemSample().processor().user, 0);
 }
 
 }  // namespace

@@ -18,59 +18,81 @@ TEST(LinuxLaunchedApplications, IdsAreReadFromTheUnitNamesOfEveryLauncher) {
       {"session-2.scope", ""},
       {"app-.scope", ""},
       {"app-broken\\x2-1.scope", "broken\\x2"},
+      {"snap.two-words.app.01234567-89ab-cdef-0123-456789abcdef.scope", "two-words_app"},
+      {"snap.short.scope", ""},
   };
   for (const auto& [unit, id] : cases)
     EXPECT_EQ(applicationIdOfUnit(unit), id) << unit;
 }
 
-TEST(LinuxLaunchedApplications, OneRowAnApplicationByItsFirstProcess) {
+class LaunchedApplications : public testing::Test {
+ protected:
+  void process(int number, const std::string& unit, const std::string& exe, std::string command,
+               int start, char state = 'S') {
+    const std::string folder = std::to_string(number);
+    proc.file(folder + "/cgroup", "0::/user.slice/user@0.service/app.slice/" + unit + "\n");
+    proc.link(folder + "/exe", exe);
+    std::replace(command.begin(), command.end(), ' ', '\0');
+    proc.file(folder + "/cmdline", command);
+    proc.file(folder + "/stat", folder + " (a) b) " + state +
+                                    " 1 1 1 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 " +
+                                    std::to_string(start) + " 0 0");
+  }
+  void entry(const std::string& id, const std::string& name, const std::string& exec,
+             bool isDisplayed = true) {
+    DesktopEntry made;
+    made.id = id;
+    made.name = name;
+    made.exec = exec;
+    made.noDisplay = !isDisplayed;
+    entries.push_back(made);
+  }
+  /// "NUMBER ID NAME" of each.
+  std::vector<std::string> told() {
+    std::vector<std::string> all;
+    for (const LaunchedApplication& each : linuxLaunchedApplications(proc.path(), entries))
+      all.push_back(std::to_string(each.processIdentifier) + " " + each.bundleIdentifier + " " +
+                    each.name);
+    return all;
+  }
+
   test::TemporaryFolder proc;
-  const std::string group = "0::/user.slice/user@0.service/app.slice/";
-  proc.file("40/cgroup", group + "app-gnome-org.gnome.Evince-40.scope\n");
-  proc.file("41/cgroup", group + "app-gnome-org.gnome.Evince-40.scope/child\n");
-  proc.file("30/cgroup", group + "app-firefox-30.scope\n");
-  proc.file("20/cgroup", "0::/system.slice/cron.service\n");
-  proc.file("self/cgroup", group + "app-self-1.scope\n");
-  const auto applications = linuxLaunchedApplications(proc.path());
-  ASSERT_EQ(applications.size(), 2U);
-  EXPECT_EQ(applications[0].bundleIdentifier, "firefox");
-  EXPECT_EQ(applications[1].bundleIdentifier, "org.gnome.Evince");
-  EXPECT_EQ(applications[1].processIdentifier, 40);
+  std::vector<DesktopEntry> entries;
+};
+
+TEST_F(LaunchedApplications, OneRowAnApplicationByItsFirstProcess) {
+  entry("org.gnome.Evince", "Documents", "evince");
+  entry("firefox_firefox", "Firefox", "env A=b /snap/bin/firefox");
+  entry("alarm", "Alarm", "alarm", false);
+  const std::string evince = "app-gnome-org.gnome.Evince-40.scope";
+  process(39, evince, "/usr/bin/evince", "evince ", 0, 'Z');  // ended, and not yet noticed
+  process(40, evince, "/usr/bin/evince", "evince ", 5);
+  process(41, evince + "/child", "/usr/bin/evince", "evince ", 6);
+  process(30, "snap.firefox.firefox-01234567-89ab-cdef-0123-456789abcdef.scope",
+          "/snap/firefox/1/firefox", "firefox ", 7);
+  process(20, "cron.service", "/usr/sbin/cron", "cron ", 1);
+  process(21, "app-gnome-alarm-21.scope", "/usr/bin/alarm", "alarm ", 1);
+  process(22, "app-gnome-helper-22.scope", "/usr/bin/helper", "helper ", 1);
+  proc.file("self/cgroup", "0::/app-self-1.scope\n");
+  EXPECT_EQ(told(),
+            (std::vector<std::string>{"21 alarm ", "22 helper ", "30 firefox_firefox Firefox",
+                                      "40 org.gnome.Evince Documents"}));
 }
 
-TEST(LinuxLaunchedApplications, OutsideOfUnitsTheProgramOfAnEntryTells) {
-  test::TemporaryFolder proc;
-  const auto process = [&](const std::string& number, const std::string& exe,
-                           std::string command, const std::string& start) {
-    proc.file(number + "/cgroup", "0::/user.slice/user-0.slice/session-1.scope\n");
-    proc.link(number + "/exe", exe);
-    std::replace(command.begin(), command.end(), ' ', '\0');
-    proc.file(number + "/cmdline", command);
-    proc.file(number + "/stat", number + " (a) b) S 1 1 1 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 " + start +
-                                    " 0 0");
-  };
-  process("50", "/usr/lib/mail/mail-bin", "mail-bin ", "700");
-  process("51", "/usr/lib/mail/mail-bin", "mail-bin -child ", "600");
-  process("60", "/usr/bin/python3.11", "/usr/bin/python3 /usr/bin/notes -x ", "5");
-  process("70", "/usr/bin/python3.11", "python3 ", "5");
-  process("80", "/opt/agent", "agent ", "5");
-  process("90", "/x/libexec/brisko/brisko-window", "brisko-window ", "5");
-  std::vector<DesktopEntry> entries(4);
-  const std::pair<const char*, const char*> made[] = {
-      {"org.x.Mail", "mail-bin %U"}, {"org.x.Notes", "/usr/bin/notes"},
-      {"org.x.Any", "python3"},      {"org.x.Agent", "/opt/agent"}};
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    entries[i].id = made[i].first;
-    entries[i].name = entries[i].id.substr(6);
-    entries[i].exec = made[i].second;
-  }
-  entries[3].noDisplay = true;
-  const auto applications = linuxLaunchedApplications(proc.path(), entries);
-  ASSERT_EQ(applications.size(), 3U);
-  EXPECT_EQ(applications[0].processIdentifier, 51) << "the one that was there first";
-  EXPECT_EQ(applications[0].name, "Mail");
-  EXPECT_EQ(applications[1].name, "Notes");
-  EXPECT_EQ(applications[2].name, "Brisko");
+TEST_F(LaunchedApplications, OutsideOfUnitsTheProgramOfAnEntryTells) {
+  entry("org.x.Mail", "Mail", "mail-bin %U");
+  entry("org.x.Notes", "Notes", "/usr/bin/notes");
+  entry("org.x.Any", "Any", "python3");
+  entry("org.x.Agent", "Agent", "/opt/agent", false);
+  const char* unit = "session-1.scope";
+  process(50, unit, "/usr/lib/mail/mail-bin", "mail-bin ", 700);
+  process(51, unit, "/usr/lib/mail/mail-bin", "mail-bin -child ", 600);
+  process(60, unit, "/usr/bin/python3.11", "/usr/bin/python3 /usr/bin/notes -x ", 5);
+  process(70, unit, "/usr/bin/python3.11", "python3 ", 5);
+  process(80, unit, "/opt/agent", "agent ", 5);
+  process(90, unit, "/x/libexec/brisko/brisko-window", "brisko-window ", 5);
+  EXPECT_EQ(told(), (std::vector<std::string>{"51 org.x.Mail Mail", "60 org.x.Notes Notes",
+                                              "90 com.brisko.Brisko Brisko"}));
   EXPECT_EQ(linuxProcessBeginning(proc.path() + "/51"), 600U);
 }
 

@@ -14,7 +14,7 @@
 namespace brisko::test {
 
 /// Programs in place of the private tools, which write down how they were called: each call a line
-/// of the name and the arguments, line breaks as blanks.
+/// of the name and the arguments, with one blank for each run of blanks, tabs and line breaks.
 class RecordedTools {
  public:
   RecordedTools() : tools_("BRISKO_TOOLS", folder_.path().c_str()) {
@@ -28,7 +28,8 @@ class RecordedTools {
   void script(const std::string& name, const std::string& body) {
     const std::string path = folder_ / name;
     std::ofstream(path) << "#!/bin/sh\nprintf '%s\\n' \"$(echo " << name
-                        << " \"$*\" | tr -s '\\n ' '  ')\" >> '" << folder_.path() << "/calls'\n"
+                        << " \"$*\" | tr -s '\\t\\n ' '   ')\" >> '" << folder_.path()
+                        << "/calls'\n"
                         << body << "\n";
     ::chmod(path.c_str(), 0755);
   }

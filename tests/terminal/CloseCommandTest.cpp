@@ -54,8 +54,9 @@ TEST(CloseCommand, ClosesWhatIsListedAndSaysSo) {
   EXPECT_EQ(listed.json()["items"][0]["name"], "Made-up Editor");
   EXPECT_EQ(std::to_string(listed.json()["items"][0]["pID"].get<int>()), application.number());
   EXPECT_NE(listed.json()["items"][0]["procVss"], "");
-  EXPECT_THAT(application.run({"close", application.number(), "--dry-run"}).output,
-              HasSubstr("Would close Made-up Editor"));
+  EXPECT_EQ(
+      application.run({"close", application.number(), application.number(), "--dry-run"}).output,
+      "Would close Made-up Editor (" + application.number() + ").\n");
   const Outcome closed = application.run({"close", application.number(), "--yes"});
   EXPECT_EQ(closed.status, 0) << closed.errors;
   EXPECT_THAT(closed.output, HasSubstr("Closed Made-up Editor"));

@@ -52,7 +52,7 @@ TEST_F(SwitchCommand, ShowsAllInTheOrderOfTheGrid) {
 TEST_F(SwitchCommand, ChangesOneAndLooksWhetherItDid) {
   tools_.script("defaults", "[ -e \"$HOME/hidden\" ] && echo 1 || echo 0");
   tools_.script("osascript", "touch \"$HOME/hidden\"");
-  EXPECT_EQ(run({"hide-dock", "on", "--dry-run"}).status, 0);
+  EXPECT_EQ(run({"hide-dock", "on", "--dry-run"}).output, "Would turn hide-dock on.\n");
   EXPECT_THAT(tools_.calls(), Not(Contains(HasSubstr("osascript"))));
   const Outcome changed = run({"hide-dock", "on", "--json"});
   EXPECT_EQ(changed.status, 0) << changed.errors;

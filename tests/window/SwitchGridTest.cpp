@@ -6,10 +6,21 @@
 #include "Theme.h"
 #include "WindowFixture.h"
 
+#include <QTranslator>
+
 using namespace brisko;
 using namespace brisko::test;
 
 namespace {
+
+/// A language in which every text of ours begins with a mark.
+struct MarkedLanguage : QTranslator {
+  MarkedLanguage() { QCoreApplication::installTranslator(this); }
+  bool isEmpty() const override { return false; }
+  QString translate(const char* context, const char* text, const char*, int) const override {
+    return qstrcmp(context, "Localizable") == 0 ? u'~' + QString::fromUtf8(text) : QString();
+  }
+};
 
 class SwitchGrid : public WindowFixture {
  protected:
@@ -60,10 +71,13 @@ TEST_F(SwitchGrid, ShowsWhatTheSystemSaysAndWhatAPressCameTo) {
   ASSERT_TRUE(becomesIdle());
   EXPECT_EQ(tile(8)->label(), "Active");
 
+  EXPECT_EQ(tile(4)->accessibleDescription(), "Starts the screen saver now");
+  const MarkedLanguage language;
   press(7);
-  EXPECT_EQ(tile(7)->label(), "Disabled");
-  EXPECT_TRUE(tile(7)->toolTip().contains("no night light"));
-  EXPECT_TRUE(tile(7)->accessibleDescription().contains("no night light"));
+  EXPECT_EQ(tile(7)->label(), "~Disabled");
+  const char* reason = "~Not possible here: ~this desktop has no night light.";
+  EXPECT_TRUE(tile(7)->toolTip().contains(reason)) << tile(7)->toolTip().toStdString();
+  EXPECT_EQ(tile(7)->accessibleDescription(), QStringLiteral("~Disabled. ") + reason);
 }
 
 TEST_F(SwitchGrid, AppearanceChangedElsewhereIsReadAgain) {

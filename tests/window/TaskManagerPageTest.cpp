@@ -14,19 +14,25 @@ class TaskManagerPage : public WindowFixture {
   TaskManagerModel& model() {
     return static_cast<TaskManagerViewController&>(*delegate->pages()[6]).model();
   }
-  void open(int applications) {
+  void run(int applications) {
+    std::vector<LaunchedApplication> all;
     for (int number = 1; number <= applications; ++number) {
       LaunchedApplication made;
       made.name = "App " + std::to_string(number);
       made.processIdentifier = 4'000'000 + number;  // above what the kernel gives
-      workspace->applications.push_back(made);
+      all.push_back(made);
     }
+    workspace->setApplications(std::move(all));
+  }
+  void waitFor(std::size_t rows) {
+    ASSERT_TRUE(waitUntil(
+        [&] { return !model().isReading() && model().allApplications().size() == rows; }));
+  }
+  void open(int applications) {
+    run(applications);
     launch();
     delegate->goToPage(6);
-    ASSERT_TRUE(waitUntil([&] {
-      return !model().isReading() &&
-             model().allApplications().size() == static_cast<std::size_t>(applications);
-    }));
+    waitFor(static_cast<std::size_t>(applications));
   }
   EntryTable* table() { return page(6)->findChild<EntryTable*>("listTableView"); }
   QWidget* part(const char* name) { return page(6)->findChild<QWidget*>(QLatin1String(name)); }
@@ -42,10 +48,14 @@ TEST_F(TaskManagerPage, TicksBySpaceAndHeaderAndDropsWhatIsClosed) {
   EXPECT_TRUE(model().allApplications()[2].bIsSelected) << "the row in sight, not the one in store";
   EXPECT_EQ(table()->selectAllBox()->imageName(), "halfsel");
   EXPECT_TRUE(part("mainButton")->isEnabled());
+  run(4);
+  QTest::mouseClick(part("refButton"), Qt::LeftButton);
+  waitFor(4);
+  EXPECT_EQ(table()->currentIndex().siblingAtColumn(1).data(), "App 3") << "it keeps its place";
   QTest::mouseClick(part("mainButton"), Qt::LeftButton);
-  EXPECT_EQ(table()->model()->rowCount(), 2);
+  EXPECT_EQ(table()->model()->rowCount(), 3);
   QTest::mouseClick(table()->selectAllBox(), Qt::LeftButton);
-  EXPECT_EQ(model().selectedCount(), 2U);
+  EXPECT_EQ(model().selectedCount(), 3U);
   QTest::mouseClick(table()->selectAllBox(), Qt::LeftButton);
   EXPECT_EQ(model().selectedCount(), 0U);
 }

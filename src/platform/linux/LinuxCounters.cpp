@@ -1,5 +1,7 @@
 #include "LinuxCounters.h"
 
+#include "Trimmed.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
@@ -9,13 +11,6 @@ namespace {
 
 constexpr std::uint64_t kKibibyte = 1024;
 constexpr std::uint64_t kSector = 512;  // bytes; the kernel counts in these whatever the disk has
-
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlank(" \t\r\n\0", 5);
-  const std::size_t first = text.find_first_not_of(kBlank);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlank) - first + 1);
-}
 
 template <typename Visitor>
 void eachLine(std::string_view text, Visitor visit) {

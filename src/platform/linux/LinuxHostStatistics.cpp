@@ -1,6 +1,7 @@
 #include "LinuxHostStatistics.h"
 
 #include "RegularFile.h"
+#include "Trimmed.h"
 
 #include <algorithm>
 #include <array>
@@ -17,13 +18,6 @@ namespace {
 
 // /proc/stat has one figure for each interrupt line, /proc/cpuinfo a page for each core.
 constexpr std::size_t kLargestFile = 16u << 20;
-
-std::string withoutBlanks(std::string text) {
-  constexpr std::string_view kBlank(" \t\r\n\0", 5);
-  text.erase(text.find_last_not_of(kBlank) + 1);
-  text.erase(0, text.find_first_not_of(kBlank));
-  return text;
-}
 
 // What stands in the firmware of machines whose maker did not fill it in.
 bool isFiller(const std::string& text) {
@@ -68,7 +62,8 @@ std::string LinuxHostStatistics::text(const char* path) const {
 }
 
 std::string LinuxHostStatistics::firmwareText(const char* name) const {
-  std::string found = withoutBlanks(text((std::string("/sys/class/dmi/id/") + name).c_str()));
+  const std::string file = text((std::string("/sys/class/dmi/id/") + name).c_str());
+  std::string found(trimmed(file));
   return isFiller(found) ? std::string() : found;
 }
 
@@ -101,8 +96,8 @@ std::string LinuxHostStatistics::model() const {
     if (std::string name = firmwareText("product_version"); !name.empty()) return name;
   }
   if (std::string name = firmwareText("product_name"); !name.empty()) return name;
-  if (std::string name = withoutBlanks(text("/sys/firmware/devicetree/base/model")); !name.empty())
-    return name;
+  const std::string tree = text("/sys/firmware/devicetree/base/model");
+  if (const auto name = trimmed(tree); !name.empty()) return std::string(name);
   return firmwareText("board_name");
 }
 

@@ -36,16 +36,28 @@ std::string unescaped(std::string_view escaped) {
   return plain;
 }
 
-// The last "app-….scope" or "app-….service" of the process's place in the group tree.
-std::string unitOf(const std::string& groupFile) {
+// The id that the innermost unit of an application in the process's place in the group tree tells.
+std::string applicationIdIn(const std::string& groupFile) {
   std::ifstream stream(groupFile);
   for (std::string line; std::getline(stream, line);) {
-    const std::size_t slash = line.rfind("/app-");
-    if (slash == std::string::npos) continue;
-    std::string unit = line.substr(slash + 1);
-    return unit.substr(0, unit.find('/'));
+    for (auto slash = line.rfind('/'); slash != std::string::npos; slash = line.rfind('/')) {
+      std::string id = applicationIdOfUnit(std::string_view(line).substr(slash + 1));
+      if (!id.empty()) return id;
+      line.resize(slash);
+    }
   }
   return {};
+}
+
+// "snap.SNAP.APP-UUID.scope", older ones with a dot before the UUID: their entries are "SNAP_APP".
+std::string idOfSnap(std::string_view unit) {
+  constexpr std::size_t kUuid = 36;
+  if (unit.size() <= kUuid + 1) return {};
+  std::string id = unescaped(unit.substr(0, unit.size() - kUuid - 1));
+  const std::size_t dot = id.find('.');
+  if (dot == std::string::npos) return {};
+  id[dot] = '_';
+  return id;
 }
 
 std::string baseName(const std::string& path) {
@@ -82,7 +94,6 @@ class EntryIndex {
       if (entry.hidden) continue;
       byId_.emplace(entry.id, &entry);
       const std::string program = programOf(execWords(entry.exec));
-      // A part of the system is none that people would close.
       if (!entry.noDisplay && !program.empty() && !isInterpreter(baseName(program))) {
         byProgram_.emplace(isOwn(program) ? program : baseName(program), &entry);
       }
@@ -99,8 +110,8 @@ class EntryIndex {
  private:
   using Entries = std::map<std::string, const DesktopEntry*>;
 
-  // What a package starts is often a link or a script in front of the program of the same name. Of a
-  // user's own programs there may be copies, so each is only its own file.
+  // What a package starts is often a link or a script in front of the program of the same name. Of
+  // a user's own programs there may be copies, so each is only its own file.
   static bool isOwn(const std::string& program) {
     return program.starts_with('/') && !program.starts_with("/usr/") &&
            !program.starts_with("/opt/") && !program.starts_with("/bin/");
@@ -119,22 +130,19 @@ LaunchedApplication applicationOf(const std::string& process, const EntryIndex& 
   std::error_code error;
   LaunchedApplication application;
   application.path = fs::read_symlink(process + "/exe", error);
-  const std::string id = applicationIdOfUnit(unitOf(process + "/cgroup"));
-  const DesktopEntry* entry = id.empty() ? nullptr : index.withId(id);
-  if (id.empty()) entry = index.starting(application.path);
-  if (id.empty() && entry == nullptr) entry = index.starting(programOf(commandOf(process)));
+  application.bundleIdentifier = applicationIdIn(process + "/cgroup");
+  const DesktopEntry* entry = index.withId(application.bundleIdentifier);
+  if (entry == nullptr) entry = index.starting(application.path);
+  if (entry == nullptr) entry = index.starting(programOf(commandOf(process)));
   if (entry != nullptr) {
     application.bundleIdentifier = entry->id;
-    application.name = entry->name;
+    // What the session starts by itself has units too, but is none that people would close.
+    if (!entry->noDisplay) application.name = entry->name;
     application.iconName = entry->icon;
   } else if (baseName(application.path) == kOwnWindow) {
     application.bundleIdentifier = kOwnId;
     application.name = kOwnName;
     application.iconName = kOwnId;
-  } else {
-    application.bundleIdentifier = id;
-    application.name = id;
-    application.iconName = id;
   }
   return application;
 }
@@ -152,13 +160,16 @@ std::uint64_t linuxProcessBeginning(const std::string& folder) {
   fields >> state;
   if (state == "Z" || state == "X") return 0;
   std::string skipped;
-  for (int field = 0; field < kFieldsBetween; ++field) fields >> skipped;
+  for (int field = 0; field < kFieldsBetween; ++field)
+    fields >> skipped;
   std::uint64_t start = 0;
   fields >> start;
   return start;
 }
 
 std::string applicationIdOfUnit(std::string_view unit) {
+  if (unit.starts_with("snap.") && unit.ends_with(".scope"))
+    return idOfSnap(unit.substr(5, unit.size() - 5 - 6));
   if (!unit.starts_with("app-")) return {};
   unit.remove_prefix(4);
   if (unit.ends_with(".scope")) {
@@ -183,16 +194,18 @@ std::vector<LaunchedApplication> linuxLaunchedApplications(
   using Beginning = std::pair<std::uint64_t, int>;
   std::map<std::string, std::pair<Beginning, LaunchedApplication>> byId;
   std::error_code error;
-  for (const auto& folder : fs::directory_iterator(proc, error)) {
-    const int number = processNumber(folder.path().filename());
+  for (fs::directory_iterator each(proc, error), end; !error && each != end;
+       each.increment(error)) {
+    const std::string folder = each->path();
+    const int number = processNumber(each->path().filename());
     struct stat status;
-    if (number == 0 || stat(folder.path().c_str(), &status) != 0 || status.st_uid != getuid()) {
-      continue;
-    }
-    LaunchedApplication application = applicationOf(folder.path(), index);
+    if (number == 0 || stat(folder.c_str(), &status) != 0 || status.st_uid != getuid()) continue;
+    LaunchedApplication application = applicationOf(folder, index);
     if (application.bundleIdentifier.empty()) continue;
     application.processIdentifier = number;
-    const Beginning began{linuxProcessBeginning(folder.path()), number};
+    const Beginning began{linuxProcessBeginning(folder), number};
+    // It has ended, and its parent has not noticed yet.
+    if (began.first == 0) continue;
     const auto place = byId.try_emplace(application.bundleIdentifier, began, application);
     if (!place.second && began < place.first->second.first) {
       place.first->second = {began, std::move(application)};

@@ -13,8 +13,8 @@ namespace brisko {
 /// The applications of the calling user, one row each, by the process that was there first, in the
 /// order of the process numbers. Reads `proc` ("/proc").
 ///
-/// An application is what the session manager has put into a scope or service of its own ("app-…"),
-/// what runs the program of one of `entries`, or the window of this program itself.
+/// An application is what the session has put into a unit of its own, what runs the program of one
+/// of `entries`, or the window of this program itself. One without a displayed entry has no name.
 std::vector<LaunchedApplication> linuxLaunchedApplications(
     const std::string& proc = "/proc", const std::vector<DesktopEntry>& entries = {});
 
@@ -25,7 +25,7 @@ std::uint64_t linuxProcessBeginning(const std::string& folder);
 /// The desktop-entry id in the name of an application's unit, as the desktop-environment rules of
 /// the service manager build it: "app[-LAUNCHER]-ID-RANDOM.scope",
 /// "app[-LAUNCHER]-ID@RANDOM.service" or "app-ID.service", with special characters of the id
-/// escaped. Empty for any other unit.
+/// escaped; or in that of a snap's scope. Empty for any other unit.
 std::string applicationIdOfUnit(std::string_view unit);
 
 }  // namespace brisko

@@ -9,8 +9,8 @@
 #include "DesktopSettings.h"
 #include "LinuxPreferences.h"
 #include "RegularFile.h"
-#include "SettingStores.h"
 #include "StoredKeys.h"
+#include "Trimmed.h"
 
 #include <fmt/format.h>
 
@@ -49,7 +49,7 @@ std::string plainLines(const std::string& script) {
   std::string lines;
   std::istringstream stream(script);
   for (std::string line; std::getline(stream, line);)
-    if (const std::string text = trimmed(line); !text.empty()) lines += text + "\n";
+    if (const auto text = trimmed(line); !text.empty()) lines.append(text) += '\n';
   return lines;
 }
 

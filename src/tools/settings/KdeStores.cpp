@@ -4,6 +4,7 @@
 #include "HostTools.h"
 #include "LinuxHostFolders.h"
 #include "SettingStores.h"
+#include "Trimmed.h"
 
 #include <string_view>
 #include <thread>
@@ -43,7 +44,7 @@ std::vector<std::string> keyArguments(const char* program, const SettingPlace& p
 std::optional<std::string> getConfig(const SettingPlace& place) {
   for (const char* program : kReaders) {
     const HostTools::Outcome outcome = HostTools::run(keyArguments(program, place));
-    if (outcome.status == 0) return trimmed(outcome.output);
+    if (outcome.status == 0) return std::string(trimmed(outcome.output));
   }
   return std::nullopt;
 }
@@ -78,7 +79,7 @@ std::optional<std::string> evaluate(const char* script) {
   const BusMessage answer = callBus(bus.get(), kShell, "evaluateScript", reason, "s", script);
   const char* printed = nullptr;
   if (!answer || sd_bus_message_read(answer.get(), "s", &printed) < 0) return std::nullopt;
-  return trimmed(printed);
+  return std::string(trimmed(printed));
 }
 
 std::optional<std::string> getPanels(const SettingPlace&) {

@@ -1,6 +1,7 @@
 #include "SettingStores.h"
 
 #include "HostTools.h"
+#include "Trimmed.h"
 
 #include <sstream>
 #include <vector>
@@ -11,7 +12,7 @@ namespace {
 std::optional<std::string> outputOf(const std::vector<std::string>& arguments) {
   const HostTools::Outcome outcome = HostTools::run(arguments);
   if (outcome.status != 0) return std::nullopt;
-  return trimmed(outcome.output);
+  return std::string(trimmed(outcome.output));
 }
 
 bool hasLine(const std::string& text, const std::string& wanted) {
@@ -59,13 +60,6 @@ void setXfconf(const SettingPlace& place, const std::string& value) {
 }
 
 }  // namespace
-
-std::string trimmed(const std::string& text) {
-  constexpr const char* kBlanks = " \t\r\n";
-  const std::size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
 
 const SettingStore kGsettings = {getGsettings, setGsettings};
 const SettingStore kShellExtension = {getExtension, setExtension};

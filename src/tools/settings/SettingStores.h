@@ -37,7 +37,4 @@ extern const SettingStore kPlasmaQuiet;
 /// KDE's night colour, "true" or "false".
 extern const SettingStore kPlasmaNight;
 
-/// `text` without blanks and line breaks at its ends.
-std::string trimmed(const std::string& text);
-
 }  // namespace brisko
