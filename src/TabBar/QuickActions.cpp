@@ -38,7 +38,7 @@ SwitchState turnDarkMode(bool isOn) {
 }
 
 void writeOpenNight(bool isOn) {
-  PropertyList table = Resources::table(ZKLinkUrl::kTable);
+  PropertyList table = Resources::settings(ZKLinkUrl::kTable);
   table.set(kOpenNight, isOn);
   Resources::writeTable(ZKLinkUrl::kTable, table);
 }
@@ -187,7 +187,7 @@ SwitchState QuickActions::enablePowerSave(bool isOn) {
 }
 
 SwitchState QuickActions::getIsOpenNight() {
-  return {Resources::table(ZKLinkUrl::kTable)[kOpenNight].boolean(), ""};
+  return {Resources::settings(ZKLinkUrl::kTable)[kOpenNight].boolean(), ""};
 }
 
 SwitchState QuickActions::setNightLight() {
