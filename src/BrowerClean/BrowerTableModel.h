@@ -35,16 +35,6 @@ class BrowerTableModel : public QAbstractTableModel {
   Browsers rows_;
 };
 
-/// As a table of entries, with the application's own icon before a browser's name.
-class BrowserDelegate : public EntryDelegate {
-  Q_OBJECT
-
- public:
-  using EntryDelegate::EntryDelegate;
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override;
-};
-
 /// The icon of an application: a name of the icon theme or a path; null when there is none.
 QIcon applicationIcon(const std::string& name);
 

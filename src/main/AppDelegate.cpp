@@ -1,5 +1,6 @@
 #include "AppDelegate.h"
 
+#include "APFSScanWindowController.h"
 #include "CommUti.h"
 #include "Host.h"
 #include "LeftCellViewCtr.h"
@@ -182,6 +183,8 @@ void AppDelegate::closeWindow() {
 
 void AppDelegate::terminate() {
   if (checkUpdateWindow != nullptr && !checkUpdateWindow->applicationShouldTerminate()) return;
+  auto* notice = qobject_cast<APFSScanWindowController*>(QApplication::activeModalWidget());
+  if (notice != nullptr && !notice->applicationShouldTerminate()) return;
   aWindow->hide();
   isOpenMainWindow = false;
   if (ViewMan::returnViewMan().checkCanClick(0)) {
