@@ -127,8 +127,8 @@ void UpdateWindowController::whatIsNewVersionDiff(const VersionResult& result) {
     case VersionResult::State::newVersion:
       break;
   }
-  ui_->titleLable->setText(QString::fromStdString(result.titleText()));
-  ui_->versionLabel->setText(QString::fromStdString(result.versionText()));
+  ui_->titleLable->setText(displayText(result.titleText()));
+  ui_->versionLabel->setText(displayText(result.versionText()));
   addNotes(result);
   showOnly(ui_->haveUpdateView);
   ui_->changeValueScrollView->verticalScrollBar()->setValue(0);

@@ -63,11 +63,7 @@ std::string VersionResult::noteText(std::size_t index) const {
 }
 
 std::int64_t VersionCheck::localBuild() {
-  // A copy of the table that the user's settings were written into may be older than the program.
-  const PropertyList builtIn = PropertyList::parse(
-      Resources::builtIn(ZKLinkUrl::kTable).value_or(std::string_view()), ZKLinkUrl::kTable);
-  return std::max(integerOf(builtIn[kBuildKey]),
-                  integerOf(Resources::table(ZKLinkUrl::kTable)[kBuildKey]));
+  return integerOf(Resources::settings(ZKLinkUrl::kTable)[kBuildKey]);
 }
 
 VersionResult VersionCheck::whatIsNewVersionDiff(const PropertyList& remote) {

@@ -1,20 +1,10 @@
 #include "BrowerTableModel.h"
 
 #include "ApplicationIcon.h"
-#include "ImageLookup.h"
 #include "InternetModel.h"
 #include "LocalizedString.h"
-#include "Theme.h"
-
-#include <QPainter>
 
 namespace brisko {
-namespace {
-
-constexpr int kIconSide = 24;
-constexpr int kIconRole = Qt::UserRole + 20;
-
-}  // namespace
 
 void BrowerTableModel::reloadData(const Browsers& rows) {
   beginResetModel();
@@ -61,10 +51,12 @@ QVariant BrowerTableModel::data(const QModelIndex& index, int role) const {
                                                     : "not selected");
     case ImageNameRole:
       if (index.column() == select) return QLatin1String(InternetModel::boxImage(row));
-      if (index.column() != name || !isKind) return {};
+      if (index.column() != name) return {};
+      if (!isKind) return QStringLiteral("ic_internet");  // where it has no icon of its own
       return QString::fromStdString(row.reasons.empty() ? row.iconImage : "ic_warning");
-    case kIconRole:
-      return QString::fromStdString(row.iconImage);
+    case Qt::DecorationRole:
+      if (isKind || index.column() != name) return {};
+      return applicationIcon(row.iconImage);
     default:
       return {};
   }
@@ -83,36 +75,6 @@ QVariant BrowerTableModel::headerData(int section, Qt::Orientation orientation, 
   if (role != Qt::DisplayRole || section == select) return {};
   if (section == size) return getLocalizedString("Size");
   return getLocalizedString(level_ == Level::browsers ? "Browser" : "Data");
-}
-
-void BrowserDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                            const QModelIndex& index) const {
-  if (index.column() != BrowerTableModel::name) {
-    EntryDelegate::paint(painter, option, index);
-    return;
-  }
-  painter->save();
-  const bool isSelected = (option.state & QStyle::State_Selected) != 0;
-  if (isSelected) painter->fillRect(option.rect, themeColor(Theme::Token::accentSoft));
-  painter->setPen(themeColor(Theme::Token::border));
-  painter->setOpacity(0.6);
-  painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
-  painter->setOpacity(1);
-  QRect area = option.rect.adjusted(Space::tiny, 0, -Space::medium, 0);
-  const QRect place(area.left(), area.center().y() - kIconSide / 2 + 1, kIconSide, kIconSide);
-  const QIcon& icon = applicationIcon(index.data(kIconRole).toString().toStdString());
-  if (icon.isNull()) {
-    ImageLookup::paint(painter, "ic_internet", QRectF(place).adjusted(2, 2, -2, -2));
-  } else {
-    icon.paint(painter, place);
-  }
-  area.setLeft(place.right() + Space::medium);
-  painter->setFont(Theme::shared().font(13, isSelected ? QFont::DemiBold : QFont::Normal));
-  painter->setPen(themeColor(Theme::Token::text));
-  painter->drawText(
-      area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-      painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, area.width()));
-  painter->restore();
 }
 
 }  // namespace brisko

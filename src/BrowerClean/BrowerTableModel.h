@@ -35,14 +35,4 @@ class BrowerTableModel : public QAbstractTableModel {
   Browsers rows_;
 };
 
-/// As a table of entries, with the application's own icon before a browser's name.
-class BrowserDelegate : public EntryDelegate {
-  Q_OBJECT
-
- public:
-  using EntryDelegate::EntryDelegate;
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override;
-};
-
 }  // namespace brisko

@@ -78,6 +78,10 @@ std::string uriOf(const std::string& path) {
 }
 
 std::string textOf(int code, const char* message) {
+  if (code == SQLITE_READONLY_ROLLBACK || code == SQLITE_READONLY_RECOVERY) {
+    return "a change to it was broken off, which is undone when the browser starts or it is "
+           "cleaned";
+  }
   switch (code & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:

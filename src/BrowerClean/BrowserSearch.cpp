@@ -82,7 +82,7 @@ void BrowserSearch::addBundle(const std::string& path) {
     auto browser = std::make_shared<BrowerObj>();
     browser->iconImage = Host::current().workspace->iconName(path);
     browser->name = name;
-    browser->isSelect = rule.key == "Safari" ? 0 : 1;
+    browser->isSelect = rule.key == "Safari" || rule.kinds.empty() ? 0 : 1;
     browser->rule = rule;
     browser->isBundle = true;
     browser->family = familyOf(name);

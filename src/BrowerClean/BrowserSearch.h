@@ -22,8 +22,6 @@ class BrowserSearch {
   /// the four names. Links are not followed.
   void applicationsInPath(const std::string& path);
 
-  const Browsers& browsers() const { return browsers_; }
-
  private:
   void addBundle(const std::string& path);
   void addDesktopBrowsers();

@@ -66,19 +66,21 @@ void InternetModel::checkOpenBrower() {
   whenClosed(RunningBrowsers::beforeScan(desktopBrowserRules()), &InternetModel::getBrowserArr);
 }
 
-void InternetModel::whenClosed(RunningBrowsers running, void (InternetModel::*next)()) {
+void InternetModel::whenClosed(const RunningBrowsers& running, void (InternetModel::*next)()) {
   isClose_ = false;
-  allOpenId_ = std::move(running.processes);
-  if (!allOpenId_.empty()) {
+  allOpenId_.clear();
+  for (const RunningBrowsers::Process& process : running.processes)
+    allOpenId_.push_back(process.identifier);
+  if (!running.isEmpty()) {
     isClose_ = askToClose_ && askToClose_(closeText(running.names));
     if (!isClose_) return;
-    doAction();
+    doAction(running);
   }
   (this->*next)();
 }
 
-void InternetModel::doAction() {
-  for (const int process : allOpenId_)
+void InternetModel::doAction(const RunningBrowsers& running) {
+  for (const RunningBrowsers::Process& process : running.processes)
     doCloseWithPID(process);
 }
 

@@ -123,8 +123,8 @@ class InternetModel {
   struct Cleaning;
 
   static void work(Cleaning& cleaning);
-  void whenClosed(RunningBrowsers running, void (InternetModel::*next)());
-  void doAction();
+  void whenClosed(const RunningBrowsers& running, void (InternetModel::*next)());
+  static void doAction(const RunningBrowsers& running);
   void takeScan(const std::shared_ptr<Scan>& scan);
   void cleanEnd(Cleaning& cleaning);
   void startProgress(Page page);

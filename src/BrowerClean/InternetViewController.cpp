@@ -53,7 +53,6 @@ InternetViewController::~InternetViewController() {
 }
 
 void InternetViewController::setUpTables() {
-  leftTableView->setItemDelegate(new BrowserDelegate(leftTableView));
   leftTableView->setEntries(browsers_, BrowerTableModel::name);
   leftTableView->horizontalHeader()->hide();
   leftTableView->setAccessibleName(getLocalizedString("Browsers"));
@@ -248,6 +247,8 @@ bool InternetViewController::askToClose(const std::string& text) {
 void InternetViewController::showAccessNotice() {
   APFSScanWindowController window(getView());
   window.exec();
+  // Who quits the program does not wait for what was not begun yet.
+  if (window.isShuttingDown()) model_.stopCleaning();
   getView()->window()->activateWindow();
 }
 

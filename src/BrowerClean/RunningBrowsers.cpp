@@ -1,6 +1,7 @@
 #include "RunningBrowsers.h"
 
 #include "BrowserPaths.h"
+#include "Dispatch.h"
 #include "FileDescriptor.h"
 #include "Host.h"
 #include "HostTools.h"
@@ -20,7 +21,8 @@ namespace {
 
 void add(RunningBrowsers& running, const LaunchedApplication& application,
          const std::string& name) {
-  running.processes.push_back(application.processIdentifier);
+  const int process = application.processIdentifier;
+  running.processes.push_back({process, Host::current().workspace->processBeginning(process)});
   running.names += running.names.empty() ? name : "," + name;
 }
 
@@ -107,9 +109,15 @@ std::string inUseReason(const BrowerObj& browser) {
   return "";
 }
 
-void doCloseWithPID(int process) {
+void doCloseWithPID(const RunningBrowsers::Process& process) {
   // 0 and below would name whole groups of processes, 1 is the system's first one.
-  if (process > 1) HostTools::run({"/bin/kill", std::to_string(process)});
+  if (process.identifier <= 1 || process.beginning == 0 ||
+      Host::current().workspace->processBeginning(process.identifier) != process.beginning) {
+    return;
+  }
+  Dispatch::global([number = std::to_string(process.identifier)] {
+    HostTools::run({HostTools::path("/bin/kill"), number});
+  });
 }
 
 }  // namespace brisko

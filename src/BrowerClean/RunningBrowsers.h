@@ -2,6 +2,7 @@
 
 #include "BrowerObj.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,8 +10,12 @@ namespace brisko {
 
 /// Browsers that run and must be closed first, in launch-list order.
 struct RunningBrowsers {
-  std::vector<int> processes;  ///< each recorded identifier
-  std::string names;           ///< joined by ","
+  struct Process {
+    int identifier = 0;
+    std::uint64_t beginning = 0;  ///< as the workspace tells it, to know the process again
+  };
+  std::vector<Process> processes;
+  std::string names;  ///< joined by ","
 
   bool isEmpty() const { return processes.empty(); }
 
@@ -26,7 +31,8 @@ struct RunningBrowsers {
 /// may be. Any thread.
 std::string inUseReason(const BrowerObj& browser);
 
-/// Sends the process the default termination signal through "/bin/kill".
-void doCloseWithPID(int process);
+/// Sends the process the default termination signal through "/bin/kill", in the background. Not
+/// when its number belongs to another one by now.
+void doCloseWithPID(const RunningBrowsers::Process& process);
 
 }  // namespace brisko

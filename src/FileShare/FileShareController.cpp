@@ -51,7 +51,11 @@ FileShareController::FileShareController()
   ui_->table->horizontalHeader()->resizeSection(FileShareTableModel::outcome, kOutcomeWidth);
   ui_->table->horizontalHeader()->resizeSection(FileShareTableModel::size, 100);
   ui_->table->installEventFilter(this);
-  choose_ = [this] { return ItemChooser(getView()).choose(); };
+  choose_ = [this] {
+    const ItemChooser::Wanted wanted{getLocalizedString("Choose files and folders to erase"),
+                                     getLocalizedString("Add")};
+    return ItemChooser(wanted, getView()).choose();
+  };
   connectControls();
   model_.setListener(this);
   listChanged();

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "ASLoginStartItem.h"
+#include "EntryTable.h"
 
 #include <QAbstractTableModel>
-#include <QStyledItemDelegate>
-#include <QTableView>
 
 #include <vector>
 
@@ -16,12 +15,12 @@ class LoginItemsTableModel : public QAbstractTableModel {
 
  public:
   enum Column : int { name, kind, hide, remove, count };
-  /// The item's path, as bytes.
-  static constexpr int PathRole = Qt::UserRole + 10;
 
   using QAbstractTableModel::QAbstractTableModel;
 
   void reloadData(const std::vector<ASLoginStartItem>& items);
+  /// The path that the row shows; empty when there is no such row.
+  std::string path(int row) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -29,41 +28,25 @@ class LoginItemsTableModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  QVariant text(const ASLoginStartItem& item, int column) const;
+  QVariant accessibleText(const ASLoginStartItem& item, int column) const;
+
   std::vector<ASLoginStartItem> items_;
 };
 
-class LoginItemsDelegate : public QStyledItemDelegate {
+/// One row an item, its box under "Hide". Delete and a click on the trash ask for its removal.
+class LoginItemsTable : public EntryTable {
   Q_OBJECT
 
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override;
-};
-
-/// One row an item. Space changes the highlighted row's box, Delete asks for its removal; a click
-/// on a box or a button highlights its row first.
-class LoginItemsTable : public QTableView {
-  Q_OBJECT
-
- public:
-  static constexpr int kRowHeight = 44;
-
   explicit LoginItemsTable(QWidget* parent = nullptr);
   void setItems(LoginItemsTableModel* items);
 
  Q_SIGNALS:
-  void hideRequested(int row);
   void removeRequested(int row);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  QPersistentModelIndex pressed_;
 };
 
 }  // namespace brisko

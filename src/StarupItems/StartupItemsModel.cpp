@@ -6,8 +6,8 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <filesystem>
+#include <unordered_set>
 #include <utility>
 
 namespace brisko {
@@ -15,6 +15,15 @@ namespace {
 
 LoginItems& store() {
   return *Host::current().loginItems;
+}
+
+// What a link leads to: the link is only a way to it. A desktop entry keeps its own name, because
+// many are links to a file that is another one after each update.
+std::string resolved(const std::string& path) {
+  std::error_code error;
+  if (path.ends_with(".desktop")) return path;
+  const auto target = std::filesystem::canonical(path, error);
+  return error ? path : target.string();
 }
 
 }  // namespace
@@ -68,14 +77,14 @@ void StartupItemsModel::updateLoginItemsList() {
 StartupItemsModel::Reading StartupItemsModel::read() {
   Reading reading;
   std::vector<LoginItem> entries;
+  std::unordered_set<std::string> seen;
   store().snapshot(entries);
   for (const LoginItem& entry : entries) {
     const std::optional<std::string> path = store().resolve(entry);
     if (!path) continue;
     SystemLog::line("----------------{}", entry.isHidden ? 1 : 0);
-    const bool isKnown = std::any_of(reading.items.begin(), reading.items.end(),
-                                     [&](const auto& item) { return item.path == *path; });
-    if (!isKnown) reading.items.push_back(ASLoginStartItem::loginItem(*path, entry.isHidden));
+    if (!seen.insert(*path).second) continue;
+    reading.items.push_back(ASLoginStartItem::loginItem(*path, entry.isHidden));
   }
   reading.switched = store().switchedItems();
   return reading;
@@ -101,26 +110,31 @@ void StartupItemsModel::finish(int status, const char* what) {
 }
 
 void StartupItemsModel::addButtonAction(const std::string& path) {
-  finish(store().insertLast(path, false), "The login item was not added");
+  finish(store().insertLast(resolved(path), false), "The login item was not added");
+}
+
+void StartupItemsModel::changeEntry(std::size_t row, const char* failure,
+                                    const std::function<int(const LoginItem&)>& change) {
+  if (row >= allItems_.size()) return;
+  std::vector<LoginItem> entries;
+  int status = store().snapshot(entries);
+  if (status == LoginItems::noErr) {
+    status = row < entries.size() ? change(entries[row]) : int{LoginItems::fnfErr};
+  }
+  finish(status, failure);
 }
 
 void StartupItemsModel::removeButtonActoion(std::size_t row) {
-  std::vector<LoginItem> entries;
-  store().snapshot(entries);
-  if (row < entries.size()) {
-    finish(store().remove(entries[row]), "The login item was not removed");
-  }
+  changeEntry(row, "The login item was not removed",
+              [](const LoginItem& entry) { return store().remove(entry); });
 }
 
 void StartupItemsModel::setHideStar(std::size_t row) {
   if (row >= allItems_.size()) return;
   const bool isHidden = allItems_[row].bIsSelected;
   SystemLog::line("----------------{}", isHidden ? "un select" : "select");
-  std::vector<LoginItem> entries;
-  store().snapshot(entries);
-  if (row < entries.size()) {
-    finish(store().setHidden(entries[row], !isHidden), "The login item was not changed");
-  }
+  changeEntry(row, "The login item was not changed",
+              [=](const LoginItem& entry) { return store().setHidden(entry, !isHidden); });
 }
 
 void StartupItemsModel::setSwitched(std::size_t row, bool isOn) {

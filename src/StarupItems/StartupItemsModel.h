@@ -3,6 +3,7 @@
 #include "ASLoginStartItem.h"
 #include "LoginItems.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,8 +41,9 @@ class StartupItemsModel {
   /// "----------------0" or "----------------1" for each entry.
   void updateLoginItemsList();
 
-  /// Puts `path` behind the other items.
+  /// Puts `path`, or what it leads to when it is a link, behind the other items.
   void addButtonAction(const std::string& path);
+  // A row that is not there, as while the list is read, changes nothing.
   /// Removes the entry at the row's index.
   void removeButtonActoion(std::size_t row);
   /// Sets the hidden flag of the entry at the row's index to what the row's item is not.
@@ -62,8 +64,8 @@ class StartupItemsModel {
   static std::string startingFolder();
 
   /// What an operation on the row would really act on: the path that the entry at its index
-  /// resolves to, or the entry's own identifier. Equal to the row's path but for the case told
-  /// above.
+  /// resolves to, or the entry's own identifier; empty without such an entry. Equal to the row's
+  /// path but for the case told above.
   std::string entryFor(std::size_t row) const;
 
  private:
@@ -75,6 +77,8 @@ class StartupItemsModel {
   static Reading read();
   void take(Reading reading);
   void loginItemsListDidChange();
+  void changeEntry(std::size_t row, const char* failure,
+                   const std::function<int(const LoginItem&)>& change);
   /// Tells when `status` is none of success, and reads again either way.
   void finish(int status, const char* what);
 

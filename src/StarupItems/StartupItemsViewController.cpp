@@ -1,17 +1,13 @@
 #include "StartupItemsViewController.h"
 
-#include "Host.h"
-#include "ImageLookup.h"
+#include "ItemChooser.h"
 #include "LocalizedString.h"
 #include "LoginItemsTable.h"
 #include "MessagePanel.h"
 #include "SwitchedItemRow.h"
-#include "SystemLog.h"
-#include "Theme.h"
 #include "ui_StartupItemsViewController.h"
 
 #include <QEvent>
-#include <QFileDialog>
 
 #include <algorithm>
 
@@ -31,8 +27,9 @@ StartupItemsViewController::StartupItemsViewController()
           &StartupItemsViewController::addButtonAction);
   connect(ui_->listTableView, &LoginItemsTable::removeRequested, this,
           &StartupItemsViewController::removeItemsAction);
-  connect(ui_->listTableView, &LoginItemsTable::hideRequested, this,
-          &StartupItemsViewController::setHideStar);
+  connect(ui_->listTableView, &EntryTable::toggleRequested, this,
+          [this](const QModelIndex& index) { setHideStar(index.row()); });
+  ui_->switchedColumn->addStretch();
   model_.setListener(this);
   // Reading starts when the page is first looked at, so that opening the window does not pay for
   // it.
@@ -57,70 +54,79 @@ bool StartupItemsViewController::isCanClick() const {
 }
 
 void StartupItemsViewController::itemsChanged() {
-  LoginItemsTable* table = ui_->listTableView;
-  const auto& items = model_.allItems();
-  if (model_.isScan() && model_.isRead()) {
-    // Rows stay in sight until the new ones are there; an empty list would only flicker.
-    const QModelIndex current = table->currentIndex();
-    if (current.isValid()) {
-      selected_ = current.data(LoginItemsTableModel::PathRole).toByteArray().toStdString();
-    }
+  if (!model_.isScan() || !model_.isRead()) {
+    showItems();
+    showSwitchedItems();
     return;
   }
+  // Rows stay in sight until the new ones are there; an empty list would only flicker.
+  selectedRow_ = ui_->listTableView->currentIndex().row();
+  selected_ = rows_->path(selectedRow_);
+}
+
+void StartupItemsViewController::showItems() {
+  const auto& items = model_.allItems();
   rows_->reloadData(items);
   const auto found = std::find_if(items.begin(), items.end(),
                                   [&](const auto& item) { return item.path == selected_; });
-  if (found != items.end()) table->selectRow(static_cast<int>(found - items.begin()));
-  ui_->listViews->setCurrentWidget(model_.isRead() && items.empty() ? ui_->emptyPage
-                                                                    : ui_->tablePage);
-  showSwitchedItems();
+  // Where the highlighted row is gone, the one that took its place.
+  const int last = static_cast<int>(items.size()) - 1;
+  const int row =
+      found != items.end() ? static_cast<int>(found - items.begin()) : std::min(selectedRow_, last);
+  if (row >= 0) ui_->listTableView->selectRow(row);
+  QWidget* shown = model_.isRead() && items.empty() ? ui_->emptyPage : ui_->tablePage;
+  const QWidget* focused = getView()->window()->focusWidget();
+  const bool takesFocus = shown == ui_->emptyPage && ui_->tablePage->isAncestorOf(focused);
+  ui_->listViews->setCurrentWidget(shown);
+  if (takesFocus) ui_->addBut->setFocus();
 }
 
+// Rows are kept, so that a switch that was pressed by a key keeps the focus.
 void StartupItemsViewController::showSwitchedItems() {
-  while (QLayoutItem* old = ui_->switchedColumn->takeAt(0)) {
-    if (old->widget() != nullptr) old->widget()->deleteLater();
-    delete old;
-  }
   const auto& items = model_.switchedItems();
-  ui_->switchedSection->setVisible(!items.empty());
-  for (std::size_t index = 0; index < items.size(); ++index) {
-    auto* row = new SwitchedItemRow(items[index]);
-    connect(row, &SwitchedItemRow::switchRequested, this,
-            [this, index](bool isOn) { model_.setSwitched(index, isOn); });
-    ui_->switchedColumn->addWidget(row);
+  while (switchedRows_.size() > items.size()) {
+    switchedRows_.back()->deleteLater();
+    switchedRows_.pop_back();
   }
-  ui_->switchedColumn->addStretch();
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    if (index == switchedRows_.size()) {
+      auto* row = new SwitchedItemRow;
+      connect(row, &SwitchedItemRow::switchRequested, this,
+              [this, index](bool isOn) { model_.setSwitched(index, isOn); });
+      ui_->switchedColumn->insertWidget(static_cast<int>(index), row);
+      switchedRows_.push_back(row);
+    }
+    switchedRows_[index]->setItem(items[index]);
+  }
+  ui_->switchedSection->setVisible(!items.empty());
 }
 
 void StartupItemsViewController::changeFailed(const std::string& text) {
   MessagePanel::Content content;
   content.imageName = "ic_warning";
   content.title = getLocalizedString("That did not work");
-  content.text = QString::fromStdString(escapedForDisplay(text));
+  content.text = displayText(text);
   content.answers = {{getLocalizedString("OK"), MessagePanel::Answer::Style::primary, 0}};
   MessagePanel::run(content, getView()->window());
 }
 
 void StartupItemsViewController::addButtonAction() {
-  QFileDialog panel(getView()->window(), getLocalizedString("Choose what is to open"));
+  ItemChooser panel({getLocalizedString("Choose what is to open"), getLocalizedString("add"),
+                     StartupItemsModel::startingFolder(), true},
+                    getView()->window());
   panel.setObjectName(QStringLiteral("addPanel"));
-  panel.setFileMode(QFileDialog::ExistingFile);
-  panel.setLabelText(QFileDialog::Accept, getLocalizedString("add"));
-  panel.setDirectory(QFile::decodeName(model_.startingFolder().c_str()));
-  if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) return;
-  const QFileInfo chosen(panel.selectedFiles().constFirst());
-  const QString target = chosen.isSymLink() ? chosen.symLinkTarget() : chosen.absoluteFilePath();
-  model_.addButtonAction(QFile::encodeName(target).toStdString());
+  for (const std::string& path : panel.choose())
+    model_.addButtonAction(path);
 }
 
 bool StartupItemsViewController::userAgrees(int row, const char* question, const char* answer) {
-  const auto index = static_cast<std::size_t>(row);
-  const std::string entry = model_.entryFor(index);
-  if (index >= model_.allItems().size() || entry == model_.allItems()[index].path) return true;
+  // What is being read anew may stand somewhere else by then.
+  if (model_.isScan()) return false;
+  const std::string entry = model_.entryFor(static_cast<std::size_t>(row));
+  if (entry.empty() || entry == rows_->path(row)) return true;
   MessagePanel::Content content;
   content.imageName = "ic_warning";
-  content.title =
-      filledIn(getLocalizedString(question), QString::fromStdString(escapedForDisplay(entry)));
+  content.title = filledIn(getLocalizedString(question), displayText(entry));
   content.text = getLocalizedString(
       "An entry that is not shown, because what it opens is gone or listed already, stands at this "
       "row's place. It is the one that would be changed.");

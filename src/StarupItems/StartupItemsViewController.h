@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Ui {
 class StartupItemsViewController;
@@ -13,6 +14,7 @@ class StartupItemsViewController;
 namespace brisko {
 
 class LoginItemsTableModel;
+class SwitchedItemRow;
 
 /// The page of the Startup Items Manager.
 class StartupItemsViewController : public PageController, private StartupItemsListener {
@@ -35,6 +37,7 @@ class StartupItemsViewController : public PageController, private StartupItemsLi
   void itemsChanged() override;
   void changeFailed(const std::string& text) override;
 
+  void showItems();
   void showSwitchedItems();
   /// Whether the user wants what an operation on the row would really do.
   bool userAgrees(int row, const char* question, const char* answer);
@@ -43,7 +46,9 @@ class StartupItemsViewController : public PageController, private StartupItemsLi
   mutable StartupItemsModel model_;
   std::unique_ptr<Ui::StartupItemsViewController> ui_;
   LoginItemsTableModel* rows_;
-  std::string selected_;  ///< the highlighted row's path, kept while the rows are read anew
+  std::vector<SwitchedItemRow*> switchedRows_;
+  int selectedRow_ = -1;  ///< the highlighted row, kept while the rows are read anew
+  std::string selected_;  ///< its path
 };
 
 }  // namespace brisko

@@ -3,7 +3,6 @@
 #include "LocalizedString.h"
 #include "LoginItems.h"
 #include "SwitchButton.h"
-#include "SystemLog.h"
 #include "Theme.h"
 
 #include <QHBoxLayout>
@@ -12,10 +11,9 @@
 namespace brisko {
 namespace {
 
-QLabel* label(const QString& text, const char* role) {
+QLabel* label(const char* role) {
   auto* made = new QLabel;
   made->setTextFormat(Qt::PlainText);
-  made->setText(text);
   made->setProperty("role", QLatin1String(role));
   made->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   return made;
@@ -23,25 +21,31 @@ QLabel* label(const QString& text, const char* role) {
 
 }  // namespace
 
-SwitchedItemRow::SwitchedItemRow(const SwitchedLoginItem& item, QWidget* parent)
-    : QWidget(parent), switch_(new SwitchButton) {
-  const QString name = QString::fromStdString(escapedForDisplay(item.name));
+SwitchedItemRow::SwitchedItemRow(QWidget* parent)
+    : QWidget(parent),
+      name_(label("strong")),
+      origin_(label("caption")),
+      switch_(new SwitchButton) {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(Space::large, Space::small, Space::large, Space::small);
   auto* column = new QVBoxLayout;
   column->setSpacing(2);
-  column->addWidget(label(name, "strong"));
-  column->addWidget(
-      label(getLocalizedString(item.isForEveryone ? "Set up for every user"
-                                                  : "Switched off by another program"),
-            "caption"));
+  column->addWidget(name_);
+  column->addWidget(origin_);
   row->addLayout(column, 1);
   row->addWidget(switch_);
-  switch_->setOn(item.isOn);
-  switch_->setAccessibleName(filledIn(getLocalizedString("Start %@ when you log in"), name));
-  setToolTip(QString::fromStdString(escapedForDisplay(item.path)).toHtmlEscaped());
   connect(switch_, &QAbstractButton::clicked, this,
           [this] { Q_EMIT switchRequested(!switch_->isOn()); });
+}
+
+void SwitchedItemRow::setItem(const SwitchedLoginItem& item) {
+  const QString name = displayText(item.name);
+  name_->setText(name);
+  origin_->setText(getLocalizedString(item.isForEveryone ? "Set up for every user"
+                                                         : "Switched off by another program"));
+  switch_->setOn(item.isOn);
+  switch_->setAccessibleName(filledIn(getLocalizedString("Start %@ when you log in"), name));
+  setToolTip(toolTipText(displayText(item.path)));
 }
 
 }  // namespace brisko

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QLabel;
+
 namespace brisko {
 
 class SwitchButton;
@@ -12,12 +14,16 @@ class SwitchedItemRow : public QWidget {
   Q_OBJECT
 
  public:
-  explicit SwitchedItemRow(const SwitchedLoginItem& item, QWidget* parent = nullptr);
+  explicit SwitchedItemRow(QWidget* parent = nullptr);
+
+  void setItem(const SwitchedLoginItem& item);
 
  Q_SIGNALS:
   void switchRequested(bool isOn);
 
  private:
+  QLabel* name_;
+  QLabel* origin_;
   SwitchButton* switch_;
 };
 

@@ -36,12 +36,7 @@ SwitchState turnDarkMode(bool isOn) {
 }
 
 void writeOpenNight(bool isOn) {
-  PropertyList table = Resources::table(ZKLinkUrl::kTable);
-  // The file is written in place, and a full disk cuts it: the links in it are not to go with it.
-  if (!table.isDictionary()) {
-    table =
-        PropertyList::parse(Resources::builtIn(ZKLinkUrl::kTable).value_or(""), ZKLinkUrl::kTable);
-  }
+  PropertyList table = Resources::settings(ZKLinkUrl::kTable);
   table.set(kOpenNight, isOn);
   Resources::writeTable(ZKLinkUrl::kTable, table);
 }
@@ -187,7 +182,7 @@ SwitchState QuickActions::enablePowerSave(bool isOn) {
 }
 
 SwitchState QuickActions::getIsOpenNight() {
-  return {Resources::table(ZKLinkUrl::kTable)[kOpenNight].boolean(), ""};
+  return {Resources::settings(ZKLinkUrl::kTable)[kOpenNight].boolean(), ""};
 }
 
 SwitchState QuickActions::setNightLight() {

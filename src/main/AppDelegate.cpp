@@ -1,5 +1,6 @@
 #include "AppDelegate.h"
 
+#include "APFSScanWindowController.h"
 #include "CommUti.h"
 #include "FileURL.h"
 #include "Host.h"
@@ -183,6 +184,8 @@ void AppDelegate::closeWindow() {
 
 void AppDelegate::terminate() {
   if (checkUpdateWindow != nullptr && !checkUpdateWindow->applicationShouldTerminate()) return;
+  auto* notice = qobject_cast<APFSScanWindowController*>(QApplication::activeModalWidget());
+  if (notice != nullptr && !notice->applicationShouldTerminate()) return;
   aWindow->hide();
   isOpenMainWindow = false;
   if (ViewMan::returnViewMan().checkCanClick(0)) {

@@ -40,19 +40,40 @@ std::string_view withoutSuffix(std::string_view name, std::string_view suffix) {
   return name.ends_with(suffix) ? name.substr(0, name.size() - suffix.size()) : name;
 }
 
+std::optional<std::string> contentIn(const std::string& folder, std::string_view name) {
+  if (folder.empty()) return std::nullopt;
+  int error = 0;
+  const std::string path = folder + "/" + std::string(name);
+  auto content = readFile(path, kMaximumSize, error);
+  if (!content && error != ENOENT && error != ENOTDIR) {
+    SystemLog::line("Cannot read resource {}: {}", path, std::strerror(error));
+  }
+  return content;
+}
+
+PropertyList overlaid(PropertyList table, const PropertyList& changes) {
+  if (changes.isNull()) return table;
+  if (!table.isDictionary() || !changes.isDictionary()) return changes;
+  for (const auto& [key, value] : changes.dictionary())
+    table.set(key, overlaid(table[key], value));
+  return table;
+}
+
+PropertyList changesOf(const PropertyList& table, const PropertyList& own) {
+  if (!table.isDictionary() || !own.isDictionary()) return table;
+  PropertyList changes = PropertyList::Dictionary{};
+  for (const auto& [key, value] : table.dictionary()) {
+    if (value != own[key]) changes.set(key, changesOf(value, own[key]));
+  }
+  return changes;
+}
+
 }  // namespace
 
 std::optional<std::string> Resources::find(std::string_view name) {
   if (!isPlainName(name)) return std::nullopt;
   for (const std::string& folder : {environment("BRISKO_RESOURCES"), userFolder()}) {
-    if (folder.empty()) continue;
-    int error = 0;
-    const std::string path = folder + "/" + std::string(name);
-    auto content = readFile(path, kMaximumSize, error);
-    if (content) return content;
-    if (error != ENOENT && error != ENOTDIR) {
-      SystemLog::line("Cannot read resource {}: {}", path, std::strerror(error));
-    }
+    if (auto content = contentIn(folder, name)) return content;
   }
   const auto own = builtIn(name);
   return own ? std::optional<std::string>(*own) : std::nullopt;
@@ -72,6 +93,16 @@ PropertyList Resources::table(std::string_view name) {
   return content ? PropertyList::parse(*content, name) : PropertyList();
 }
 
+PropertyList Resources::settings(std::string_view name) {
+  if (!isPlainName(name)) return {};
+  const auto parsed = [name](const auto& content) {
+    return content ? PropertyList::parse(*content, name) : PropertyList();
+  };
+  const auto given = contentIn(environment("BRISKO_RESOURCES"), name);
+  if (given) return parsed(given);
+  return overlaid(parsed(builtIn(name)), parsed(contentIn(userFolder(), name)));
+}
+
 bool Resources::writeTable(std::string_view name, const PropertyList& table) {
   const std::string given = environment("BRISKO_RESOURCES");
   const std::string folder = given.empty() ? userFolder() : given;
@@ -82,7 +113,10 @@ bool Resources::writeTable(std::string_view name, const PropertyList& table) {
   const std::filesystem::path path = folder + "/" + std::string(name);
   std::error_code error;
   std::filesystem::create_directories(path.parent_path(), error);
-  return table.writeInPlace(path.string());
+  if (!given.empty()) return table.writeInPlace(path.string());
+  const auto own = builtIn(name);
+  return changesOf(table, own ? PropertyList::parse(*own, name) : PropertyList())
+      .writeInPlace(path.string());
 }
 
 std::optional<std::string> Resources::image(std::string_view imageName) {

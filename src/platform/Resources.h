@@ -1,10 +1,10 @@
 #pragma once
 
+#include "PropertyList.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "PropertyList.h"
 
 namespace brisko {
 
@@ -21,11 +21,18 @@ class Resources {
   /// A property-list resource, read afresh; null when missing or broken.
   static PropertyList table(std::string_view name);
 
-  /// Writes a table back in place: where BRISKO_RESOURCES points, else among the user's own
-  /// (XDG_DATA_HOME/brisko). False, and one log line, when that fails.
+  /// A table that is written back: the program's own and over it, key by key, what the user has
+  /// changed, so that a copy from long ago hides nothing that a newer program brings. With
+  /// BRISKO_RESOURCES, the table there alone.
+  static PropertyList settings(std::string_view name);
+
+  /// Writes such a table back in place: whole where BRISKO_RESOURCES points, else what of it
+  /// differs from the program's own, among the user's (XDG_DATA_HOME/brisko). False, and one log
+  /// line, when that fails.
   static bool writeTable(std::string_view name, const PropertyList& table);
 
-  /// The SVG for an image name, from "images/". Names come with and without "@2x" and ".png", and with ".svg".
+  /// The SVG for an image name, from "images/". Names come with and without "@2x" and ".png", and
+  /// with ".svg".
   static std::optional<std::string> image(std::string_view imageName);
 };
 

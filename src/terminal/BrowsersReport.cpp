@@ -18,11 +18,16 @@ const char* box(const BrowerObj& row) {
   return row.isSelect == 2 ? "[-]" : "[ ]";
 }
 
-Json pathsJson(const BrowerObj& kind) {
-  Json paths = Json::array();
+Json planJson(const BrowerObj& kind) {
+  const auto browser = kind.parObj.lock();
+  Json one = {{"browser", replacedUtf8(browser ? browser->name : "")},
+              {"kind", replacedUtf8(kind.name)},
+              {"size", kind.size}};
+  std::vector<std::string> paths;
   for (const BrowserTarget& target : kind.targets)
-    paths.push_back(replacedUtf8(target.path));
-  return paths;
+    paths.push_back(target.path);
+  setPaths(one, "paths", paths);
+  return one;
 }
 
 Json kindJson(const BrowerObj& kind) {
@@ -79,13 +84,8 @@ void BrowsersReport::takeScan(const InternetModel& model) {
     browsers.push_back(browserJson(*browser));
   const auto plan = model.plan();
   planCount = plan.size();
-  for (const auto& kind : plan) {
-    const auto browser = kind->parObj.lock();
-    wouldErase.push_back({{"browser", replacedUtf8(browser ? browser->name : "")},
-                          {"kind", replacedUtf8(kind->name)},
-                          {"size", kind->size},
-                          {"paths", pathsJson(*kind)}});
-  }
+  for (const auto& kind : plan)
+    wouldErase.push_back(planJson(*kind));
   losses = model.losses();
   table = tableOf(model);
 }

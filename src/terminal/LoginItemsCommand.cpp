@@ -30,7 +30,7 @@ void read(StartupItemsModel& model) {
   Dispatch::runUntil([&] { return !model.isScan() || Interruption::happened(); });
 }
 
-std::string document(const StartupItemsModel& model) {
+Json document(const StartupItemsModel& model) {
   Json items = Json::array();
   for (const ASLoginStartItem& item : model.allItems()) {
     Json json;
@@ -49,7 +49,7 @@ std::string document(const StartupItemsModel& model) {
     json["isOn"] = item.isOn;
     switched.push_back(std::move(json));
   }
-  return documentText({{"items", std::move(items)}, {"switched", std::move(switched)}});
+  return {{"items", std::move(items)}, {"switched", std::move(switched)}};
 }
 
 std::string text(const StartupItemsModel& model) {
@@ -125,23 +125,28 @@ bool LoginItemsCommand::agrees(const StartupItemsModel& model, std::size_t row,
          confirm(text + ". " + (words_[0] == "remove" ? "Remove" : "Change") + " that entry?");
 }
 
-int LoginItemsCommand::change(StartupItemsModel& model, const GlobalOptions& global) const {
+std::string LoginItemsCommand::target(const StartupItemsModel& model) const {
+  if (words_[0] == "add") return std::filesystem::absolute(words_[1]).lexically_normal().string();
+  const std::size_t index = row(model);
+  const bool isHidden = model.allItems()[index].bIsSelected;
+  const bool isAsked = words_[0] == "remove" || isHidden != (words_[0] == "hide");
+  return isAsked ? model.entryFor(index) : "";
+}
+
+int LoginItemsCommand::change(StartupItemsModel& model, const std::string& target,
+                              const GlobalOptions& global) const {
+  if (words_[0] != "add" && !agrees(model, row(model), global)) {
+    writeError("nothing was changed");
+    return kNotDone;
+  }
   Failures failures;
   model.setListener(&failures);
   if (words_[0] == "add") {
-    const std::string path = std::filesystem::canonical(words_[1]).string();
-    if (!global.dryRun) model.addButtonAction(path);
+    model.addButtonAction(target);
+  } else if (words_[0] == "remove") {
+    model.removeButtonActoion(row(model));
   } else {
-    const std::size_t index = row(model);
-    const bool isHidden = model.allItems()[index].bIsSelected;
-    const bool isWanted = words_[0] == "remove" || isHidden != (words_[0] == "hide");
-    if (isWanted && !global.dryRun) {
-      if (!agrees(model, index, global)) {
-        writeError("nothing was changed");
-        return kNotDone;
-      }
-      words_[0] == "remove" ? model.removeButtonActoion(index) : model.setHideStar(index);
-    }
+    model.setHideStar(row(model));
   }
   read(model);
   model.setListener(nullptr);
@@ -154,9 +159,22 @@ int LoginItemsCommand::execute(const GlobalOptions& global) {
   checkWords();
   StartupItemsModel model;
   read(model);
-  const int status = words_.empty() ? int{kDone} : change(model, global);
   if (Interruption::happened()) return kInterrupted;
-  return writeOut(global.json ? document(model) : text(model)) ? status : kNotDone;
+  const std::string asked = words_.empty() ? "" : target(model);
+  const bool isPlan = global.dryRun && !words_.empty();
+  int status = kDone;
+  if (!isPlan && !asked.empty()) status = change(model, asked, global);
+  if (Interruption::happened()) return kInterrupted;
+  Json json = document(model);
+  std::string lines = text(model);
+  if (isPlan) {
+    json["dryRun"] = true;
+    json["would"] = asked.empty() ? "" : words_[0];
+    setPath(json, "target", asked);
+    lines += asked.empty() ? "Nothing would change.\n"
+                           : fmt::format("Would {} {}.\n", words_[0], escapedForDisplay(asked));
+  }
+  return writeOut(global.json ? documentText(json) : lines) ? status : kNotDone;
 }
 
 }  // namespace brisko

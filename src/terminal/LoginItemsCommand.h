@@ -23,7 +23,10 @@ class LoginItemsCommand : public Command {
   /// The row that N stands for.
   std::size_t row(const StartupItemsModel& model) const;
   void checkWords() const;
-  int change(StartupItemsModel& model, const GlobalOptions& global) const;
+  /// The path that the action is about; empty when there is nothing to change.
+  std::string target(const StartupItemsModel& model) const;
+  int change(StartupItemsModel& model, const std::string& target,
+             const GlobalOptions& global) const;
   bool agrees(const StartupItemsModel& model, std::size_t row, const GlobalOptions& global) const;
 
   std::vector<std::string> words_;  ///< an action and what it acts on; none to list

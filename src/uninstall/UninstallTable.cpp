@@ -3,7 +3,6 @@
 #include "AMAppItem.h"
 #include "AppIcon.h"
 #include "CheckOutline.h"
-#include "ImageLookup.h"
 #include "Theme.h"
 #include "UninstallModel.h"
 #include "UninstallTableModel.h"
@@ -26,17 +25,14 @@ class AppDelegate : public EntryDelegate {
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
     const auto column = static_cast<Column>(index.column());
-    if (column != Column::appname && column != Column::uninstall) {
-      return EntryDelegate::paint(painter, option, index);
+    if (column == Column::uninstall) {
+      return paintRowButton(painter, option, index.data(ImageNameRole).toString().toStdString());
     }
+    if (column != Column::appname) return EntryDelegate::paint(painter, option, index);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     paintRowGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
-    if (column == Column::appname) {
-      paintName(painter, option.rect, index);
-    } else {
-      paintTrash(painter, option, index);
-    }
+    paintName(painter, option.rect, index);
     painter->restore();
   }
 
@@ -61,21 +57,6 @@ class AppDelegate : public EntryDelegate {
     painter->setPen(themeColor(ink));
     painter->drawText(area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                       painter->fontMetrics().elidedText(text, Qt::ElideMiddle, area.width()));
-  }
-
-  static void paintTrash(QPainter* painter, const QStyleOptionViewItem& option,
-                         const QModelIndex& index) {
-    QRectF ground(0, 0, 28, 28);
-    ground.moveCenter(QRectF(option.rect).center());
-    const bool isHovered = (option.state & QStyle::State_MouseOver) != 0;
-    if (isHovered) {
-      painter->setPen(Qt::NoPen);
-      painter->setBrush(themeColor(Theme::Token::hover));
-      painter->drawRoundedRect(ground, 8, 8);
-    }
-    ImageLookup::paint(painter, index.data(ImageNameRole).toString().toStdString(),
-                       ground.adjusted(5, 5, -5, -5),
-                       themeColor(isHovered ? Theme::Token::danger : Theme::Token::textSecondary));
   }
 };
 

@@ -20,6 +20,8 @@ class APFSScanWindowController : public NoticeWindow {
 
   /// Whether the program may end now.
   bool applicationShouldTerminate();
+  /// Whether somebody asked for that.
+  bool isShuttingDown() const { return shuttingDown; }
 
   double alphaValue() const { return alphaValue_; }
   void setAlphaValue(double alpha);

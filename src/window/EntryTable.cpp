@@ -1,5 +1,6 @@
 #include "EntryTable.h"
 
+#include "CheckOutline.h"
 #include "FocusRing.h"
 #include "ImageCheckBox.h"
 #include "ImageLookup.h"
@@ -16,16 +17,22 @@ namespace {
 constexpr int kCheckWidth = 52;
 constexpr int kSizeWidth = 132;
 
+// The first column's text keeps clear of the rounded corners around the table.
+int leftSpace(int column) {
+  return column == 0 ? Space::large : Space::medium;
+}
+
 }  // namespace
 
-CheckHeaderView::CheckHeaderView(QWidget* parent)
-    : QHeaderView(Qt::Horizontal, parent), box_(new ImageCheckBox(this)) {
+CheckHeaderView::CheckHeaderView(QWidget* parent, bool hasBox)
+    : QHeaderView(Qt::Horizontal, parent), box_(new ImageCheckBox(this)), hasBox_(hasBox) {
   // Not in the viewport, whose children move along when the header scrolls.
   box_->setObjectName(QStringLiteral("selectAllButton"));
   box_->setAccessibleName(getLocalizedString("Select all"));
   box_->setToolTip(box_->accessibleName());
   box_->setImageName("sel");
   box_->resize(box_->sizeHint());
+  box_->setVisible(hasBox);
   setFixedHeight(40);
   setHighlightSections(false);
   setSectionsClickable(true);
@@ -43,18 +50,22 @@ void CheckHeaderView::paintSection(QPainter* painter, const QRect& rect, int sec
   painter->setPen(themeColor(Theme::Token::border));
   painter->drawLine(QPointF(rect.left(), rect.bottom() + 0.5),
                     QPointF(rect.right() + 1, rect.bottom() + 0.5));
-  if (section > 0) {
+  if (section > 0 || !hasBox_) {
     const bool isSorted = isSortIndicatorShown() && sortIndicatorSection() == section;
     const QString title = model()->headerData(section, Qt::Horizontal).toString();
     const auto alignment =
         Qt::Alignment(model()->headerData(section, Qt::Horizontal, Qt::TextAlignmentRole).toInt());
     const bool isRight = (alignment & Qt::AlignRight) != 0;
+    const bool isCentred = (alignment & Qt::AlignHCenter) != 0;
     painter->setFont(Theme::shared().font(12, QFont::DemiBold));
     painter->setPen(themeColor(isSorted ? Theme::Token::text : Theme::Token::textDimmed));
-    const QRect area = rect.adjusted(Space::medium, 0, -Space::large, 0);
+    const QRect area = isCentred ? rect : rect.adjusted(leftSpace(section), 0, -Space::large, 0);
     const int mark = isSorted ? 18 : 0;
     const QRect text = isRight ? area.adjusted(mark, 0, 0, 0) : area.adjusted(0, 0, -mark, 0);
-    painter->drawText(text, (isRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, title);
+    const Qt::Alignment side = isCentred ? Qt::AlignHCenter
+                               : isRight ? Qt::AlignRight
+                                         : Qt::AlignLeft;
+    painter->drawText(text, static_cast<int>(side | Qt::AlignVCenter), title);
     if (isSorted) {
       const int width = painter->fontMetrics().horizontalAdvance(title);
       const QPointF centre(isRight ? text.right() - width - 10 : text.left() + width + 12,
@@ -71,21 +82,19 @@ void CheckHeaderView::paintSection(QPainter* painter, const QRect& rect, int sec
 void EntryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const {
   painter->save();
-  const bool isSelected = (option.state & QStyle::State_Selected) != 0;
-  if (isSelected) painter->fillRect(option.rect, themeColor(Theme::Token::accentSoft));
-  painter->setPen(themeColor(Theme::Token::border));
-  painter->setOpacity(0.6);
-  painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
-  painter->setOpacity(1);
-  const std::string image = index.data(ImageNameRole).toString().toStdString();
-  if (index.column() == 0) {
-    QRectF area(0, 0, 20, 20);
-    area.moveCenter(QRectF(option.rect).center());
-    ImageLookup::paint(painter, image, area);
-    painter->restore();
-    return;
+  paintRowGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
+  if (index.column() == checkColumn_) {
+    paintBox(painter, option.rect, index);
+  } else {
+    paintText(painter, option.rect, index);
   }
-  QRect area = option.rect.adjusted(Space::medium, 0, -Space::large, 0);
+  painter->restore();
+}
+
+void EntryDelegate::paintText(QPainter* painter, const QRect& rect,
+                              const QModelIndex& index) const {
+  QRect area = rect.adjusted(leftSpace(index.column()), 0, -Space::large, 0);
+  const std::string image = index.data(ImageNameRole).toString().toStdString();
   const QIcon icon = index.data(Qt::DecorationRole).value<QIcon>();
   if (!image.empty() || !icon.isNull()) {
     const QRect place(area.left(), area.center().y() - 9, 20, 20);
@@ -96,21 +105,38 @@ void EntryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     }
     area.setLeft(area.left() + 20 + Space::medium);
   }
+  const bool isName = index.column() == (checkColumn_ == 0 ? 1 : 0);
   const auto alignment =
       Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) | Qt::AlignVCenter;
   painter->setFont(Theme::shared().font(13));
-  painter->setPen(
-      themeColor(index.column() == 1 ? Theme::Token::text : Theme::Token::textSecondary));
+  painter->setPen(themeColor(isName ? Theme::Token::text : Theme::Token::textSecondary));
   const QString text = painter->fontMetrics().elidedText(index.data(Qt::DisplayRole).toString(),
                                                          Qt::ElideMiddle, area.width());
   painter->drawText(area, static_cast<int>(alignment) | Qt::TextSingleLine, text);
+}
+
+void paintRowButton(QPainter* painter, const QStyleOptionViewItem& option,
+                    const std::string& imageName) {
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  paintRowGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
+  QRectF ground(0, 0, 28, 28);
+  ground.moveCenter(QRectF(option.rect).center());
+  const bool isHovered = (option.state & QStyle::State_MouseOver) != 0;
+  if (isHovered) {
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(themeColor(Theme::Token::hover));
+    painter->drawRoundedRect(ground, 8, 8);
+  }
+  ImageLookup::paint(painter, imageName, ground.adjusted(5, 5, -5, -5),
+                     themeColor(isHovered ? Theme::Token::danger : Theme::Token::textSecondary));
   painter->restore();
 }
 
-EntryTable::EntryTable(QWidget* parent) : QTableView(parent) {
-  auto* header = new CheckHeaderView(this);
-  setHorizontalHeader(header);
-  setItemDelegate(new EntryDelegate(this));
+EntryTable::EntryTable(QWidget* parent, int checkColumn)
+    : QTableView(parent), checkColumn_(checkColumn) {
+  setHorizontalHeader(new CheckHeaderView(this, checkColumn == 0));
+  setItemDelegate(new EntryDelegate(this, checkColumn));
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(kRowHeight);
@@ -124,6 +150,12 @@ EntryTable::EntryTable(QWidget* parent) : QTableView(parent) {
   setSelectionMode(QAbstractItemView::SingleSelection);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  const auto toggle = [this](const QModelIndex& index) {
+    if (index.column() == checkColumn_) Q_EMIT toggleRequested(index);
+  };
+  connect(this, &QAbstractItemView::clicked, this, toggle);
+  // The second of two quick clicks is a click on a box, too.
+  connect(this, &QAbstractItemView::doubleClicked, this, toggle);
 }
 
 void EntryTable::setEntries(QAbstractItemModel* entries, int stretchedColumn) {
@@ -131,11 +163,11 @@ void EntryTable::setEntries(QAbstractItemModel* entries, int stretchedColumn) {
   QHeaderView* header = horizontalHeader();
   header->setMinimumSectionSize(kCheckWidth);
   for (int column = 0; column < entries->columnCount(); ++column) {
-    header->setSectionResizeMode(column, column == 0                 ? QHeaderView::Fixed
+    header->setSectionResizeMode(column, column == checkColumn_      ? QHeaderView::Fixed
                                          : column == stretchedColumn ? QHeaderView::Stretch
                                                                      : QHeaderView::Interactive);
     if (column != stretchedColumn)
-      header->resizeSection(column, column == 0 ? kCheckWidth : kSizeWidth);
+      header->resizeSection(column, column == checkColumn_ ? kCheckWidth : kSizeWidth);
   }
 }
 
@@ -149,21 +181,6 @@ void EntryTable::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QTableView::keyPressEvent(event);
-}
-
-void EntryTable::mousePressEvent(QMouseEvent* event) {
-  QTableView::mousePressEvent(event);
-  pressed_ =
-      event->button() == Qt::LeftButton ? indexAt(event->position().toPoint()) : QModelIndex();
-}
-
-void EntryTable::mouseReleaseEvent(QMouseEvent* event) {
-  QTableView::mouseReleaseEvent(event);
-  const QModelIndex released = indexAt(event->position().toPoint());
-  if (released.isValid() && released == pressed_ && released.column() == 0) {
-    Q_EMIT toggleRequested(released);
-  }
-  pressed_ = QModelIndex();
 }
 
 void EntryTable::paintEvent(QPaintEvent* event) {

@@ -19,13 +19,14 @@ enum EntryRole : int {
   SortRole,
 };
 
-/// A table header whose first section holds a tri-state box for all rows.
+/// A table header whose first section holds a tri-state box for all rows; without it, the first
+/// title like the others.
 class CheckHeaderView : public QHeaderView {
   Q_OBJECT
 
  public:
-  explicit CheckHeaderView(QWidget* parent = nullptr);
-  ImageCheckBox* checkBox() const { return box_; }
+  explicit CheckHeaderView(QWidget* parent = nullptr, bool hasBox = true);
+  ImageCheckBox* checkBox() const { return box_; }  ///< hidden in a header without it
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -33,6 +34,7 @@ class CheckHeaderView : public QHeaderView {
 
  private:
   ImageCheckBox* box_;
+  bool hasBox_;
 };
 
 /// Draws a cell: a check box image, or an icon and a text cut off with an ellipsis. Plain text, and
@@ -41,20 +43,32 @@ class EntryDelegate : public QStyledItemDelegate {
   Q_OBJECT
 
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  explicit EntryDelegate(QObject* parent = nullptr, int checkColumn = 0)
+      : QStyledItemDelegate(parent), checkColumn_(checkColumn) {}
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
+
+ private:
+  void paintText(QPainter* painter, const QRect& rect, const QModelIndex& index) const;
+
+  int checkColumn_;
 };
 
-/// A table of entries with a check box in its first column. Never edited; one highlighted row;
-/// sorted by its header; driven by keys as by the mouse.
+/// A cell that is a button, with its row's ground: the image in its middle, red while the mouse is
+/// over it.
+void paintRowButton(QPainter* painter, const QStyleOptionViewItem& option,
+                    const std::string& imageName);
+
+/// A table of entries with a check box in one column. Never edited; one highlighted row; sorted by
+/// its header; driven by keys as by the mouse.
 class EntryTable : public QTableView {
   Q_OBJECT
 
  public:
   static constexpr int kRowHeight = 44;
 
-  explicit EntryTable(QWidget* parent = nullptr);
+  /// The box for all rows is there only when theirs are in the first column.
+  explicit EntryTable(QWidget* parent = nullptr, int checkColumn = 0);
 
   /// Sets the model and the widths: check box column, one that takes the room left, the rest.
   void setEntries(QAbstractItemModel* entries, int stretchedColumn);
@@ -67,12 +81,10 @@ class EntryTable : public QTableView {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QPersistentModelIndex pressed_;
+  int checkColumn_;
 };
 
 }  // namespace brisko

@@ -57,10 +57,7 @@ TEST(VersionComparison, NotesComeInTheOrderOfTheirNumbers) {
 /// A check whose two addresses lie on servers of this machine.
 VersionResult checkWith(const std::string& home, const std::string& ini, int* logged = nullptr) {
   TemporaryFolder resources;
-  resources.file("StringMessage.plist",
-                 "<plist><dict><key>en</key><dict><key>HomeURL</key><string>" + home +
-                     "</string><key>IniURL</key><string>" + ini +
-                     "</string></dict></dict></plist>");
+  resources.file("StringMessage.plist", linkTable(home, ini));
   TestHost host;
   const Environment folder("BRISKO_RESOURCES", resources.path().c_str());
   VersionResult result = VersionCheck::getVersionChange();

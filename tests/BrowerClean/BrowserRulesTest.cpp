@@ -28,6 +28,9 @@ TEST(BrowserRules, TheTablesNameEachBrowserOnceForEachInstallation) {
     for (const KindRule& kind : rule.kinds) {
       EXPECT_NE(KindRecipe::of(rule.family, kind.name).pick, KindRecipe::Pick::nothing)
           << rule.key << " " << kind.name;
+      const std::string icon = BrowserKinds::getIconWithKey(kind.name);
+      EXPECT_TRUE(Resources::image(icon)) << icon;
+      EXPECT_EQ(icon == "icon_cookies", kind.name == "Cookies") << "no icon of its own";
       if (kind.name == "Cookies") {
         EXPECT_TRUE(places.insert(kind.locations.front()).second) << kind.locations.front();
       }
@@ -64,23 +67,6 @@ TEST(BrowserRules, ATableThatIsNotUnderstoodTurnsItselfOff) {
   EXPECT_EQ(table("key", "depth"), 0U);
   EXPECT_TRUE(
       host.logged("EraserHistoryLinux.plist: unknown key depth; no browsers are known by it"));
-}
-
-TEST(BrowserKindIcons, AreChosenByKind) {
-  const std::pair<const char*, const char*> cases[] = {{"Browsing History", "icon_history"},
-                                                       {"Session ", "icon_autofill"},
-                                                       {"Session", "icon_autofill"},
-                                                       {"Caches", "icon_caches"},
-                                                       {"Cookies", "icon_cookies"},
-                                                       {"Download History", "icon_download"},
-                                                       {"Downloads History", "icon_download"},
-                                                       {"Save Password", "icon_password"},
-                                                       {"a Form Values", "icon_tabform"},
-                                                       {"Bookmarks", "icon_cookies"}};
-  for (const auto& [kind, icon] : cases) {
-    EXPECT_EQ(BrowserKinds::getIconWithKey(kind), icon) << kind;
-    EXPECT_TRUE(Resources::image(icon)) << icon;
-  }
 }
 
 }  // namespace

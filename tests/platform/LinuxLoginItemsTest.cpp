@@ -8,7 +8,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include <sys/stat.h>
 
@@ -16,12 +15,6 @@ namespace brisko::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentOf(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path).rdbuf();
-  return text.str();
-}
 
 class LoginItemsStore : public testing::Test {
  protected:
@@ -60,13 +53,19 @@ using Paths = std::vector<std::string>;
 TEST_F(LoginItemsStore, KeepsTheOrderInWhichItemsWereAddedAndMovesOneAddedAgainToTheEnd) {
   const std::string first = root_.file("z first.txt");
   const std::string second = makeProgram("a second");
+  const std::string third = root_.folder("third");
   EXPECT_EQ(store().insertLast(first, false), LoginItems::noErr);
   EXPECT_EQ(store().insertLast(second, true), LoginItems::noErr);
-  EXPECT_EQ(paths(), (Paths{first, second}));
+  EXPECT_EQ(store().insertLast(third + "/", false), LoginItems::noErr);
+  EXPECT_EQ(paths(), (Paths{first, second, third}));
   EXPECT_TRUE(items()[1].isHidden);
   EXPECT_EQ(store().insertLast(first, false), LoginItems::noErr);
-  EXPECT_EQ(paths(), (Paths{second, first}));
+  EXPECT_EQ(paths(), (Paths{second, third, first}));
   EXPECT_EQ(store().insertLast(root_ / "missing", false), LoginItems::fnfErr);
+  makeOwn("b\xFF.desktop", "no text");
+  const std::string odd = root_.file("\xFE odd.txt");
+  EXPECT_EQ(store().insertLast(odd, false), LoginItems::noErr);
+  EXPECT_EQ(paths(), (Paths{second, third, first, odd, own("b\xFF.desktop")}));
 }
 
 TEST_F(LoginItemsStore, WhatIsNoApplicationIsOpenedThroughTheDesktopByItsExactName) {
@@ -82,13 +81,13 @@ TEST_F(LoginItemsStore, WhatIsNoApplicationIsOpenedThroughTheDesktopByItsExactNa
 
 TEST_F(LoginItemsStore, AnApplicationsEntryIsCopiedAndGoesWhenTheApplicationGoes) {
   const std::string program = makeProgram("usr/bin/chat");
-  const std::string entry =
-      root_.file("usr/share/applications/org.example.Chat.desktop",
-                 "# made by hand\n[Desktop Entry]\nType=Application\nName=Chat\nExec=" + program +
-                     " %U\nX-Vendor=7\n\n[Desktop Action New]\nName=New\n");
+  const std::string entry = root_.file(
+      "usr/share/applications/org.example.Chat.desktop",
+      "# made by hand\n[Desktop Entry]\nType=Application\nHidden=true\nName=Chat\nExec=" + program +
+          " %U\nX-Vendor=7\n\n[Desktop Action New]\nName=New\n");
   ASSERT_EQ(store().insertLast(entry, false), LoginItems::noErr);
   const std::string copy = contentOf(own("org.example.Chat.desktop"));
-  EXPECT_TRUE(copy.starts_with("# made by hand\n[Desktop Entry]\nType=Application\n")) << copy;
+  EXPECT_TRUE(copy.starts_with("# made by hand\n[Desktop Entry]\nType=Application\nName=")) << copy;
   EXPECT_TRUE(copy.ends_with("X-Brisko-Hidden=false\n\n[Desktop Action New]\nName=New\n")) << copy;
   EXPECT_EQ(paths(), Paths{entry});
   fs::remove(entry);

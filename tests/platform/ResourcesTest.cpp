@@ -38,13 +38,26 @@ TEST_F(ResourcesTest, NamesCannotLeadOutOfTheFolders) {
   }
 }
 
-TEST_F(ResourcesTest, ATableThatIsWrittenIsReadBackFromThere) {
-  PropertyList table = Resources::table("StringMessage.plist");
+TEST_F(ResourcesTest, SettingsThatAreWrittenBackHideNothingThatANewerProgramBrings) {
+  const std::string name = "StringMessage.plist";
+  const PropertyList own = Resources::settings(name);
+  PropertyList table = own;
   EXPECT_FALSE(table["openNight"].boolean());
   table.set("openNight", true);
-  ASSERT_TRUE(Resources::writeTable("StringMessage.plist", table));
-  EXPECT_TRUE(Resources::table("StringMessage.plist")["openNight"].boolean());
-  EXPECT_TRUE(test::exists(folder_ / "brisko/StringMessage.plist"));
+  PropertyList english = table["en"];
+  english.set("HomeURL", "https://mine.example/");
+  table.set("en", english);
+  ASSERT_TRUE(Resources::writeTable(name, table));
+  EXPECT_EQ(Resources::settings(name), table);
+  const PropertyList kept = PropertyList::read(folder_ / "brisko/" + name);
+  EXPECT_EQ(kept.dictionary().size(), 2U) << kept.xml();
+  EXPECT_EQ(kept["en"].dictionary().size(), 1U) << kept.xml();
+  folder_.file("brisko/" + name, "<plist><dict>");
+  EXPECT_EQ(Resources::settings(name), own) << "a broken copy changes nothing";
+  ASSERT_TRUE(Resources::writeTable(name, own));
+  const test::Environment given("BRISKO_RESOURCES", folder_.folder("given").c_str());
+  ASSERT_TRUE(Resources::writeTable(name, table));
+  EXPECT_EQ(PropertyList::read(folder_ / "given/" + name), table) << "whole, for packagers";
 }
 
 TEST_F(ResourcesTest, ABrokenTableIsEmptyAndSaid) {

@@ -42,6 +42,13 @@ void LocalServer::serve() {
   }
 }
 
+std::string linkTable(const std::string& home, const std::string& ini) {
+  return "<plist><dict><key>en</key><dict><key>HomeURL</key><string>" + home +
+         "</string><key>IniURL</key><string>" + ini +
+         "</string><key>UpdateURL</key><string>https://brisko.example/get</string>"
+         "</dict></dict></plist>";
+}
+
 std::string answerWith(const std::string& body) {
   return "HTTP/1.0 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
 }

@@ -31,4 +31,7 @@ class LocalServer {
 /// A whole answer of status 200 with `body`.
 std::string answerWith(const std::string& body);
 
+/// A settings table ("StringMessage.plist") whose links lead there.
+std::string linkTable(const std::string& home, const std::string& ini);
+
 }  // namespace brisko::test

@@ -1,10 +1,8 @@
+#include "BrowserProfiles.h"
 #include "Program.h"
-#include "TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <sqlite3.h>
 
 namespace brisko::test {
 namespace {
@@ -17,8 +15,8 @@ class BrowsersCommand : public testing::Test {
   BrowsersCommand() {
     install("chromium", "Chromium");
     install("vivaldi", "Vivaldi");
-    makeLogins(kChromium + "Login Data");
-    makeLogins(kVivaldi + "Login Data");
+    makeLogins(home_ / (kChromium + "Login Data"), 2);
+    makeLogins(home_ / (kVivaldi + "Login Data"), 2);
     home_.file(".cache/chromium/Default/Cache/a", std::string(2000, 'x'));
   }
 
@@ -27,27 +25,8 @@ class BrowsersCommand : public testing::Test {
                "[Desktop Entry]\nType=Application\nName=" + name +
                    "\nExec=" + home_.file("apps/" + id + "/" + id) + "\n");
   }
-  void makeLogins(const std::string& path) {
-    home_.file(path);
-    run(path, "CREATE TABLE logins (origin_url VARCHAR); INSERT INTO logins VALUES('a'), ('b')");
-  }
-  std::string run(const std::string& path, const char* sql) {
-    sqlite3* database = nullptr;
-    std::string value;
-    EXPECT_EQ(sqlite3_open((home_ / path).c_str(), &database), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(
-                  database, sql,
-                  [](void* into, int, char** values, char**) {
-                    *static_cast<std::string*>(into) = values[0];
-                    return 0;
-                  },
-                  &value, nullptr),
-              SQLITE_OK);
-    sqlite3_close(database);
-    return value;
-  }
-  std::string logins(const std::string& profile) {
-    return run(profile + "Login Data", "SELECT count(*) FROM logins");
+  int logins(const std::string& profile) const {
+    return rowsIn(home_ / (profile + "Login Data"), "logins");
   }
   Outcome browsers(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "browsers");
@@ -83,7 +62,7 @@ TEST_F(BrowsersCommand, ListsWhatIsKeptAndChangesNothing) {
   EXPECT_EQ(kind(document, "Chromium", "Caches")["urlStr"], "${XDG_CACHE_HOME}/chromium/*/Cache");
   EXPECT_FALSE(document.contains("failed"));
   EXPECT_THAT(browsers({}).output, HasSubstr("2.00 KB"));
-  EXPECT_EQ(logins(kChromium), "2");
+  EXPECT_EQ(logins(kChromium), 2);
 }
 
 TEST_F(BrowsersCommand, ErasesWhatIsNamedAndSaysWhatIsLost) {
@@ -92,15 +71,15 @@ TEST_F(BrowsersCommand, ErasesWhatIsNamedAndSaysWhatIsLost) {
   ASSERT_EQ(plan.status, 0) << plan.errors;
   EXPECT_EQ(plan.json()["wouldErase"].size(), 2U);
   EXPECT_EQ(plan.json()["wouldErase"][1]["paths"][0], home_ / (kChromium + "Login Data"));
-  EXPECT_EQ(logins(kChromium), "2");
+  EXPECT_EQ(logins(kChromium), 2);
   const Outcome erased =
       browsers({"--clean", "--yes", "--json", "--browser", "Chromium", "--kind", "Save Password"});
   ASSERT_EQ(erased.status, 0) << erased.errors;
   EXPECT_THAT(erased.errors, HasSubstr("2 saved passwords of Chromium will be lost"));
   EXPECT_EQ(erased.json()["failed"].size(), 0U);
   EXPECT_EQ(kind(erased.json(), "Chromium", "Save Password")["size"], "0 Item");
-  EXPECT_EQ(logins(kChromium), "0");
-  EXPECT_EQ(logins(kVivaldi), "2");
+  EXPECT_EQ(logins(kChromium), 0);
+  EXPECT_EQ(logins(kVivaldi), 2);
   EXPECT_TRUE(exists(home_ / ".cache/chromium/Default/Cache/a"));
 }
 
@@ -113,7 +92,7 @@ TEST_F(BrowsersCommand, WhatCouldNotBeErasedIsNamed) {
   EXPECT_EQ(failed[0]["browser"], "Vivaldi");
   EXPECT_EQ(failed[0]["kind"], "Cookies");
   EXPECT_THAT(failed[0]["reason"], HasSubstr("Cookies: it is encrypted"));
-  EXPECT_EQ(logins(kVivaldi), "0") << "the others go on";
+  EXPECT_EQ(logins(kVivaldi), 0) << "the others go on";
 }
 
 TEST_F(BrowsersCommand, WrongUsageIsOneLineAndTouchesNothing) {
@@ -125,7 +104,7 @@ TEST_F(BrowsersCommand, WrongUsageIsOneLineAndTouchesNothing) {
     EXPECT_EQ(outcome.errorLines(), 1U) << outcome.errors;
     EXPECT_EQ(outcome.output, "");
   }
-  EXPECT_EQ(logins(kChromium), "2");
+  EXPECT_EQ(logins(kChromium), 2);
 }
 
 }  // namespace

@@ -15,9 +15,7 @@ using testing::HasSubstr;
 /// Resources whose links lead to servers of this machine.
 struct Links {
   Links(const std::string& home, const std::string& ini) {
-    folder.file("StringMessage.plist",
-                "<plist><dict><key>en</key><dict><key>HomeURL</key><string>" + home +
-                    "</string><key>IniURL</key><string>" + ini + "</string></dict></dict></plist>");
+    folder.file("StringMessage.plist", linkTable(home, ini));
   }
   Program program() { return Program().variable("BRISKO_RESOURCES", folder.path()); }
 

@@ -32,7 +32,10 @@ TEST_F(LoginItemsCommand, AddsHidesShowsAndRemovesByTheNumberThatIsPrinted) {
   EXPECT_EQ(run({"hide", "2", "--json"}).json()["items"][1]["bIsSelected"], true);
   EXPECT_EQ(run({"hide", "2", "--json"}).json()["items"][1]["bIsSelected"], true);
   EXPECT_EQ(run({"show", "2", "--json"}).json()["items"][1]["bIsSelected"], false);
-  EXPECT_EQ(run({"remove", "1", "--dry-run", "--json"}).json()["items"].size(), 2U);
+  const Outcome plan = run({"remove", "1", "--dry-run", "--json"});
+  EXPECT_EQ(plan.json()["items"].size(), 2U);
+  EXPECT_EQ(plan.json()["target"], first);
+  EXPECT_THAT(run({"show", "2", "--dry-run"}).output, HasSubstr("Nothing would change."));
   EXPECT_EQ(run({"remove", "1", "--json"}).json()["items"][0]["path"], second);
 }
 

@@ -6,6 +6,7 @@
 #include "RingButton.h"
 #include "WindowFixture.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -59,16 +60,19 @@ class InternetPage : public WindowFixture {
     QObject::connect(poll, &QTimer::timeout, qApp, [this, poll, buttons]() mutable {
       QWidget* panel = QApplication::activeModalWidget();
       if (panel == nullptr) return;
+      const char* button = buttons.front();
+      auto* pressed = panel->findChild<QWidget*>(QLatin1String(button));
+      const bool isQuit = qstrcmp(button, "quit") == 0;
+      if (pressed == nullptr && !isQuit) return;  // the one before is still fading out
       QString said;
       for (const QLabel* label : panel->findChildren<QLabel*>())
         said += label->text() + u'\n';
       for (const auto* details : panel->findChildren<QPlainTextEdit*>())
         said += details->isVisibleTo(panel) ? details->toPlainText() : QString();
       texts << said;
-      const char* button = buttons.front();
       buttons.erase(buttons.begin());
       if (buttons.empty()) poll->deleteLater();
-      QTest::mouseClick(panel->findChild<QWidget*>(QLatin1String(button)), Qt::LeftButton);
+      isQuit ? find<QAction>("quit")->trigger() : QTest::mouseClick(pressed, Qt::LeftButton);
     });
     poll->start(20);
   }
@@ -100,6 +104,10 @@ TEST_F(InternetPage, ScansShowsBothTablesAndErasesWhatIsTicked) {
   EXPECT_EQ(shownName(), "Chromium");
   EXPECT_EQ(cell("rightTableView", 0, 1), "Browsing History");
   EXPECT_EQ(cell("rightTableView", 0, 2), "3 Items");
+  clickBox(right, 0);
+  QTest::mouseDClick(right->viewport(), Qt::LeftButton, {},
+                     right->visualRect(right->model()->index(0, 0)).center());
+  EXPECT_EQ(model().browserArr()[1]->isSelect, 1) << "the second of two quick clicks counts";
   clickBox(right, 0);
   EXPECT_EQ(model().browserArr()[1]->isSelect, 2);
   EXPECT_EQ(right->selectAllBox()->imageName(), "halfsel");
@@ -147,6 +155,18 @@ TEST_F(InternetPage, AsksToCloseBrowsersAndNamesWhatCouldNotBeErased) {
   EXPECT_EQ(rowsIn(profile + "Login Data", "logins"), 2);
   EXPECT_EQ(model().browserArr()[1]->chrArr[4]->size, "2 Items") << "what it was when it was read";
   EXPECT_EQ(rowsIn(profile + "History", "urls"), 0) << "the others go on";
+}
+
+TEST_F(InternetPage, WhoQuitsAtTheNoticeOfProtectedFilesHasNothingErased) {
+  root.folder("Applications/Safari.app");
+  launch();
+  scan();
+  answer({"answer1", "quit", "answer0"});
+  press("mainButton");
+  ASSERT_TRUE(waitUntil([&] { return texts.size() == 3; }));
+  EXPECT_TRUE(texts[1].contains("The system protects these files"));
+  EXPECT_TRUE(texts[2].contains("Stopped early"));
+  EXPECT_EQ(rowsIn(profile + "History", "urls"), 3);
 }
 
 TEST_F(InternetPage, SaysThatThereIsNoBrowser) {

@@ -181,7 +181,7 @@ TEST_F(ShredPage, TheChooserTakesFilesAndFoldersAlike) {
   root.file("pick/file", "1");
   root.folder("pick/folder");
   root.file("pick/.hidden", "1");
-  ItemChooser chooser;
+  ItemChooser chooser({});
   EXPECT_EQ(chooser.directory().path(), "/");
   chooser.setDirectory(QString::fromStdString(root / "pick"));
   QTimer::singleShot(300, &chooser, [&] {

@@ -14,11 +14,7 @@ namespace {
 class UpdateWindow : public WindowFixture {
  protected:
   void serve(const std::string& homeURL, const std::string& iniURL) {
-    resources_.file("StringMessage.plist",
-                    "<plist><dict><key>en</key><dict><key>HomeURL</key><string>" + homeURL +
-                        "</string><key>IniURL</key><string>" + iniURL +
-                        "</string><key>UpdateURL</key><string>https://brisko.example/get</string>"
-                        "</dict></dict></plist>");
+    resources_.file("StringMessage.plist", linkTable(homeURL, iniURL));
     variable_ = std::make_unique<Environment>("BRISKO_RESOURCES", resources_.path().c_str());
   }
 

@@ -16,16 +16,13 @@ class Preferences;
 /// Login items as autostart entries, by the rules that desktops share (freedesktop.org, "Desktop
 /// Application Autostart"): files in the folder "autostart" of the user's
 /// configuration, and the ones for everyone, which a file of the same name there overrides.
-///
-/// Keys of our own: "X-Brisko-Path" is what an entry made here opens, "X-Brisko-Hidden" its flag,
-/// and "X-Brisko-Override" marks a file that exists only to switch a shared entry.
 class LinuxLoginItems : public LoginItems {
  public:
   LinuxLoginItems(const HostFolders& folders, Preferences& preferences);
 
   int snapshot(std::vector<LoginItem>& items) override;
   std::optional<std::string> resolve(const LoginItem& item) override;
-  int insertLast(const std::string& path, bool isHidden) override;
+  int insertLast(const std::string& given, bool isHidden) override;
   int setHidden(const LoginItem& item, bool isHidden) override;
   int remove(const LoginItem& item) override;
   std::vector<SwitchedLoginItem> switchedItems() override;

@@ -6,6 +6,7 @@
 #include "MainWindow.h"
 #include "PageController.h"
 #include "Pictures.h"
+#include "UKLoginItemRegistry.h"
 
 #include <QWidget>
 
@@ -24,6 +25,20 @@ std::string makeEntry(const std::string& folder, const std::string& id, const st
   return path;
 }
 
+// What the program's first start leaves here: itself.
+void takeFirstLaunchPicture(AppDelegate& delegate, DemoRoot& root, LoginItems& store) {
+  root.makeFile("usr/bin/brisko", 1000);
+  const std::string program = root.path() + "/usr/bin/brisko";
+  static_cast<FakeWorkspace&>(*Host::current().workspace).names[program] = "Brisko";
+  UKLoginItemRegistry::addLoginItemWithPath(program, false);
+  settle(300);
+  save(delegate.window(), "startup-items-first-launch");
+  std::vector<LoginItem> items;
+  store.snapshot(items);
+  for (const LoginItem& item : items)
+    store.remove(item);
+}
+
 }  // namespace
 
 void takeStartupItemsPictures(AppDelegate& delegate, DemoRoot& root) {
@@ -36,6 +51,7 @@ void takeStartupItemsPictures(AppDelegate& delegate, DemoRoot& root) {
   delegate.goToPage(7);
   settle(300);
   save(delegate.window(), "startup-items-empty");
+  takeFirstLaunchPicture(delegate, root, store);
   const std::string applications = root.path() + "/usr/share/applications";
   store.insertLast(makeEntry(applications, "thunderbird", "Thunderbird"), false);
   store.insertLast(makeEntry(applications, "telegram-desktop", "Telegram"), true);

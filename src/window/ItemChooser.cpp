@@ -1,6 +1,5 @@
 #include "ItemChooser.h"
 
-#include "LocalizedString.h"
 #include "MessagePanel.h"
 
 #include <QAbstractItemView>
@@ -11,18 +10,17 @@
 
 namespace brisko {
 
-ItemChooser::ItemChooser(QWidget* parent)
-    : QFileDialog(parent, getLocalizedString("Choose files and folders to erase"),
-                  QStringLiteral("/")) {
+ItemChooser::ItemChooser(const Wanted& wanted, QWidget* parent)
+    : QFileDialog(parent, wanted.title, QFile::decodeName(wanted.folder.c_str())) {
   setOption(QFileDialog::DontUseNativeDialog);
   setWindowFlag(Qt::WindowStaysOnTopHint);
-  setFileMode(QFileDialog::ExistingFiles);
+  setFileMode(wanted.isOneOnly ? QFileDialog::ExistingFile : QFileDialog::ExistingFiles);
   setFilter(QDir::AllEntries | QDir::NoDotAndDotDot);
   auto* box = findChild<QDialogButtonBox*>();
   if (box == nullptr) return;
   // The toolkit's own button opens a folder instead of taking it.
   if (QPushButton* own = box->button(QDialogButtonBox::Open)) own->hide();
-  QPushButton* add = box->addButton(getLocalizedString("Add"), QDialogButtonBox::ActionRole);
+  QPushButton* add = box->addButton(wanted.buttonText, QDialogButtonBox::ActionRole);
   add->setObjectName(QStringLiteral("addButton"));
   setButtonKind(add, "primary");
   connect(add, &QPushButton::clicked, this, [this] {
