@@ -28,12 +28,24 @@ const RemovalCalls& calls() {
   return RemovalCalls::system();
 }
 
+FileIdentity identityOf(const struct statx& facts) {
+  FileIdentity identity;
+  identity.device = makedev(facts.stx_dev_major, facts.stx_dev_minor);
+  identity.inode = facts.stx_ino;
+  identity.kind = fileKind(facts.stx_mode);
+  if (identity.kind == FileKind::regular) {
+    identity.size = facts.stx_size;
+    identity.modificationSeconds = facts.stx_mtime.tv_sec;
+    identity.modificationNanoseconds = facts.stx_mtime.tv_nsec;
+  }
+  return identity;
+}
+
 // Size and time may have changed since; another item at the same name is another item.
 bool isSameItem(const struct statx& facts, const FileObj& item) {
-  return !item.identity ||
-         (facts.stx_ino == item.identity->inode &&
-          makedev(facts.stx_dev_major, facts.stx_dev_minor) == item.identity->device &&
-          fileKind(facts.stx_mode) == item.identity->kind);
+  const FileIdentity met = identityOf(facts);
+  return !item.identity || (met.inode == item.identity->inode &&
+                            met.device == item.identity->device && met.kind == item.identity->kind);
 }
 
 bool isDeletable(const ParentFolder& parent) {
@@ -156,14 +168,16 @@ EraserOutcome EraserTask::outcomeOf(int status, const std::string& errors) const
   return outcome;
 }
 
-EraserOutcome EraserTask::removeItem() const {
+EraserOutcome EraserTask::removeItem(const std::atomic<bool>& terminated) {
   const ParentFolder parent = openParent(calls(), item_.url);
   struct statx facts;
-  if (parent.error == 0 && factsOf(calls(), parent.folder.get(), parent.name.c_str(), facts) == 0 &&
-      !isSameItem(facts, item_)) {
-    return failure(kChanged);
+  std::optional<FileIdentity> met;
+  if (parent.error == 0 && factsOf(calls(), parent.folder.get(), parent.name.c_str(), facts) == 0) {
+    if (!isSameItem(facts, item_)) return failure(kChanged);
+    met = identityOf(facts);
+    if (met->size > 0) return erase(terminated);
   }
-  const RemovalReport report = RemovalEngine().remove(item_.url, std::nullopt);
+  const RemovalReport report = RemovalEngine().remove(item_.url, met);
   return report.gone() ? success() : failure(report.reason);
 }
 

@@ -26,8 +26,9 @@ class EraserTask {
 
   /// Overwrites and removes a file with the tool. Blocks until that has ended.
   EraserOutcome erase(const std::atomic<bool>& terminated);
-  /// Deletes what holds nothing to overwrite: an empty file, a link's name, a device, a bundle.
-  EraserOutcome removeItem() const;
+  /// Deletes what holds nothing to overwrite: an empty file, a device, a bundle. A file that has
+  /// got content since it was listed is erased.
+  EraserOutcome removeItem(const std::atomic<bool>& terminated);
   /// Removes the folder if it is empty.
   EraserOutcome removeFolder() const;
 

@@ -85,9 +85,8 @@ class Expansion {
 
  private:
   struct Level {
-    std::shared_ptr<FileObj> item;  ///< null for the top, which is not appended
-    std::unique_ptr<Catalog::Folder>
-        folder;  ///< closed while it lies deep below the top of the stack
+    std::shared_ptr<FileObj> item;            ///< null for the top, which is not appended
+    std::unique_ptr<Catalog::Folder> folder;  ///< closed while it lies deep below the top
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     FileObjs entries;
@@ -178,7 +177,11 @@ void FileObj::setIsSSD() {
 }
 
 bool isAppBundle(const FileObj& item) {
-  return item.url.ends_with(".app");
+  return extensionOf(item.name) == "app";
+}
+
+bool isBelow(const std::string& path, const std::string& folder) {
+  return path.starts_with(folder) && path.size() > folder.size() && path[folder.size()] == '/';
 }
 
 std::shared_ptr<FileObj> buildFileObj(const std::string& path, int& error) {

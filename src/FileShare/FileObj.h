@@ -45,7 +45,10 @@ std::shared_ptr<FileObj> buildFileObj(const std::string& path, int& error);
 bool eumeAllArrWithFileObj(const FileObj& folder, FileObjs& arr,
                            const std::atomic<bool>* cancel = nullptr);
 
-/// The item is a bundle, which is deleted as a whole: its name ends in ".app".
+/// The item is a bundle, which is deleted as a whole: its name's extension is "app".
 bool isAppBundle(const FileObj& item);
+
+/// Whether `path` lies in `folder`, at any depth.
+bool isBelow(const std::string& path, const std::string& folder);
 
 }  // namespace brisko

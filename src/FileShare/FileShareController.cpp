@@ -101,11 +101,8 @@ void FileShareController::selectFileButtonAction() {
 void FileShareController::viewDragAction(const std::vector<std::string>& paths) {
   if (!isCanClick()) return;
   QStringList refused;
-  for (const std::string& path : paths) {
-    if (const auto reason = model_.addFileToArr(path)) {
-      refused << displayText(path) + QStringLiteral("\n    ") + displayText(*reason);
-    }
-  }
+  for (const auto& [path, reason] : model_.addFileToArr(paths))
+    refused << displayText(path) + QStringLiteral("\n    ") + displayText(reason);
   if (refused.isEmpty()) return;
   MessagePanel::Content content;
   content.imageName = "ic_warning";
@@ -202,9 +199,9 @@ void FileShareController::showEndShred() {
   if (model_.isFailedEraser() || model_.isCancel()) {
     shredProgessWC_->failedNodeLable()->setText(getLocalizedString(model_.errorString().c_str()));
     const QString detail =
-        model_.isFailedEraser() ? getLocalizedString("The list tells why.") : QString();
-    shredProgessWC_->showFailView(
-        detail.isEmpty() || notes.isEmpty() ? detail + notes : detail + QLatin1Char('\n') + notes);
+        getLocalizedString(model_.isCancel() ? "The list tells what was erased and what was not."
+                                             : "The list tells why.");
+    shredProgessWC_->showFailView(notes.isEmpty() ? detail : detail + QLatin1Char('\n') + notes);
   } else {
     shredProgessWC_->showSeccView(
         countText(model_.deleteErrorArr().size(), "%@ item was erased", "%@ items were erased"),

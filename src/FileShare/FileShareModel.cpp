@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <map>
+#include <unordered_set>
 #include <utility>
 
 #include <sys/stat.h>
@@ -24,12 +26,15 @@ bool exists(const std::string& path) {
   return ::lstat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
-bool isBelow(const std::string& path, const std::string& folder) {
-  return path.starts_with(folder) && path.size() > folder.size() && path[folder.size()] == '/';
+bool isExpanded(const FileObj& item) {
+  return item.isDir && !isAppBundle(item);
 }
 
-bool isExpanded(const FileObj& item) {
-  return item.isDir && !item.name.ends_with(".app");
+bool liesInOneOf(const std::unordered_set<std::string>& folders, const std::string& path) {
+  for (std::size_t end = path.rfind('/'); end > 0; end = path.rfind('/', end - 1)) {
+    if (folders.contains(path.substr(0, end))) return true;
+  }
+  return false;
 }
 
 }  // namespace
@@ -57,17 +62,26 @@ void FileShareModel::tell(void (FileShareModelListener::*what)()) {
 
 // The list.
 
-std::optional<std::string> FileShareModel::addFileToArr(const std::string& path) {
-  int error = 0;
-  const std::shared_ptr<FileObj> item = buildFileObj(path, error);
-  if (!item) return error == ENOENT ? "It is not there." : std::string(std::strerror(error));
-  if (const auto no = RemovalEngine().refusal(item->url)) return no->reason;
-  const auto isListed = [&](const auto& each) { return each->url == item->url; };
-  if (std::any_of(valueArr_.begin(), valueArr_.end(), isListed)) return std::nullopt;
-  std::erase_if(deleteErrorArr_, isListed);
-  valueArr_.push_back(item);
+std::vector<FileShareRefusal> FileShareModel::addFileToArr(const std::vector<std::string>& paths) {
+  std::vector<FileShareRefusal> refused;
+  std::unordered_set<std::string> listed;
+  for (const auto& item : valueArr_)
+    listed.insert(item->url);
+  for (const std::string& path : paths) {
+    int error = 0;
+    std::shared_ptr<FileObj> item = buildFileObj(path, error);
+    if (!item) {
+      refused.push_back({path, error == ENOENT ? "It is not there." : std::strerror(error)});
+    } else if (const auto no = RemovalEngine().refusal(item->url)) {
+      refused.push_back({path, no->reason});
+    } else if (listed.insert(item->url).second) {
+      valueArr_.push_back(std::move(item));
+    }
+  }
+  // What is to be erased has no outcome yet.
+  std::erase_if(deleteErrorArr_, [&](const auto& item) { return listed.contains(item->url); });
   tell(&FileShareModelListener::listChanged);
-  return std::nullopt;
+  return refused;
 }
 
 void FileShareModel::removeFromList(std::size_t row) {
@@ -130,12 +144,13 @@ void FileShareModel::preparePlan() {
   }
   tell(&FileShareModelListener::pageChanged);
   Dispatch::global([planning = planning_, this] {
+    std::unordered_set<std::string> folders;
+    for (const auto& item : planning->top) {
+      if (isExpanded(*item)) folders.insert(item->url);
+    }
     for (const auto& item : planning->top) {
       // What lies in another listed folder has its turn with that.
-      const bool isInside = std::any_of(
-          planning->top.begin(), planning->top.end(),
-          [&](const auto& other) { return isExpanded(*other) && isBelow(item->url, other->url); });
-      if (isInside) continue;
+      if (liesInOneOf(folders, item->url)) continue;
       if (isExpanded(*item)) eumeAllArrWithFileObj(*item, planning->items, &planning->cancel);
       planning->items.push_back(item);
     }
@@ -224,12 +239,13 @@ void FileShareModel::settleOutcomes(const FileObjs& items) {
   }
   const auto reasonFor = [&](const FileObj& item) -> std::string {
     if (!item.reason.empty() && item.failStr == "Fail" && !isExpanded(item)) return item.reason;
-    // What kept a folder is what stayed in it.
-    for (auto found = reasons.lower_bound(item.url); found != reasons.end(); ++found) {
-      if (!found->first.starts_with(item.url)) break;
-      if (isBelow(found->first, item.url)) {
-        return found->first.substr(item.url.size() + 1) + ": " + found->second;
+    // What kept a folder is what stayed in it, and not the folders between them.
+    auto found = reasons.lower_bound(item.url + "/");
+    if (found != reasons.end() && isBelow(found->first, item.url)) {
+      for (auto next = std::next(found); next != reasons.end(); found = next++) {
+        if (!isBelow(next->first, found->first)) break;
       }
+      return found->first.substr(item.url.size() + 1) + ": " + found->second;
     }
     if (!item.reason.empty()) return item.reason;
     return isCancel_ ? "stopped before its turn came" : "it is still there";

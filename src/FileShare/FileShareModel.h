@@ -33,6 +33,12 @@ inline constexpr std::array<EraserChoice, 4> kEraserChoices = {{
      "Gutmann's patterns for the encodings of very old disks, then zeroes: the slowest by far."},
 }};
 
+/// A path that was not taken into the list, and why, in one line.
+struct FileShareRefusal {
+  std::string path;
+  std::string reason;
+};
+
 /// Told when something that is shown has changed. On the main thread.
 class FileShareModelListener {
  public:
@@ -57,9 +63,9 @@ class FileShareModel : private RemoveFileAndFolderDelegate {
 
   void setListener(FileShareModelListener* listener) { listener_ = listener; }
 
-  /// Adds what is at `path`, ticked. Nothing when it is in the list now; else why it is not: it is
-  /// not there, or it must never be erased.
-  std::optional<std::string> addFileToArr(const std::string& path);
+  /// Adds what is at the paths, ticked, each item once. Gives back what was not added and why: it
+  /// is not there, or must never be erased.
+  std::vector<FileShareRefusal> addFileToArr(const std::vector<std::string>& paths);
   /// Takes a row out of the list; nothing on the disk changes.
   void removeFromList(std::size_t row);
   void emptyListButtonAction();

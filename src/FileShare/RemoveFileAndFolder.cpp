@@ -71,9 +71,13 @@ std::uint64_t RemoveFileAndFolder::namesFor(const FileObj& item) const {
   return found == listedNames_.end() ? 1 : found->second;
 }
 
-RemoveFileAndFolder::Work RemoveFileAndFolder::workFor(const FileObj& item) const {
+// A bundle in a folder that was expanded has its contents in the list, right before it. What could
+// not be erased of them must not go with it.
+RemoveFileAndFolder::Work RemoveFileAndFolder::workFor(std::size_t place) const {
+  const FileObj& item = *allFilesArr[place];
   if (!item.isDir) return item.size != 0 ? Work::tool : Work::item;
-  return isAppBundle(item) ? Work::bundle : Work::folder;
+  const bool isExpanded = place > 0 && isBelow(allFilesArr[place - 1]->url, item.url);
+  return isAppBundle(item) && !isExpanded ? Work::bundle : Work::folder;
 }
 
 void RemoveFileAndFolder::runTaskWithPath() {
@@ -82,10 +86,10 @@ void RemoveFileAndFolder::runTaskWithPath() {
   filePathStr = item->url;
   SystemLog::line("-------::{}", filePathStr);
   deleteErrorArr.push_back(item);
-  const Work work = workFor(*item);
+  const Work work = workFor(idx);
   auto task = std::make_shared<EraserTask>(*item, optionsFor(*item), namesFor(*item));
   auto terminated = std::make_shared<std::atomic<bool>>(false);
-  if (work == Work::tool) pErase_ = terminated;
+  pErase_ = terminated;
   Dispatch::global([self = weak_from_this(), item, task, work, terminated] {
     EraserOutcome outcome;
     switch (work) {
@@ -97,7 +101,7 @@ void RemoveFileAndFolder::runTaskWithPath() {
         break;
       case Work::item:
       case Work::bundle:
-        outcome = task->removeItem();
+        outcome = task->removeItem(*terminated);
         break;
     }
     Dispatch::mainAsync([self, item, work, outcome = std::move(outcome)] {

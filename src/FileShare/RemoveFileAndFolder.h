@@ -67,14 +67,14 @@ class RemoveFileAndFolder : public std::enable_shared_from_this<RemoveFileAndFol
   enum class Work { tool, item, bundle, folder };
 
   void runTaskWithPath();
-  Work workFor(const FileObj& item) const;
+  Work workFor(std::size_t place) const;
   std::uint64_t namesFor(const FileObj& item) const;
   void taskEnded(const std::shared_ptr<FileObj>& item, Work work, const EraserOutcome& outcome);
   void doneErasing();
   void report(float progress);
 
   bool cancelled_ = false;
-  std::shared_ptr<std::atomic<bool>> pErase_;  ///< the running tool, by what asks it to end
+  std::shared_ptr<std::atomic<bool>> pErase_;  ///< the work on the item, by what asks it to end
   int observation_ = 0;
   std::optional<int> eraserTimes_;
   bool erasesAllNames_ = false;

@@ -107,7 +107,6 @@ class Controller : private EumeDelegate {
   void stopRemove();  ///< ends it after the entry at work, or within it
   bool isStopRemove() const { return isStopRemove_; }
   bool isRemoving() const { return removal_ != nullptr; }
-  std::size_t removalTotal() const { return removalTotal_; }
   const std::vector<std::string>& removedPaths() const { return removedPaths_; }
   const std::vector<LargeFileFailure>& failures() const { return failures_; }
   std::uint64_t freedBytes() const { return freedBytes_; }  ///< what the file system gave back
@@ -149,7 +148,6 @@ class Controller : private EumeDelegate {
 
   bool isStopRemove_ = false;
   std::shared_ptr<Removal> removal_;
-  std::size_t removalTotal_ = 0;
   std::vector<std::string> removedPaths_;
   std::vector<LargeFileFailure> failures_;
   std::uint64_t freedBytes_ = 0;

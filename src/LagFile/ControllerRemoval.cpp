@@ -63,7 +63,7 @@ void Controller::deleteFilesWithDic(const std::vector<FileNode*>& nodes,
     if (node->state == TickState::on) {
       deleteArr.push_back(node);
     } else if (node->state == TickState::partly && node->folder != nullptr) {
-      way.emplace_back(&node->folder->list, 0);
+      way.emplace_back(&node->children(), 0);
     }
   }
 }
@@ -84,7 +84,6 @@ void Controller::removeSelectFilesWithDic(const std::vector<FileNode*>& deleteAr
   isStopRemove_ = false;
   removal_ = std::make_shared<Removal>();
   removal_->controller = this;
-  removalTotal_ = deleteArr.size();
   removal_->items.reserve(deleteArr.size());
   for (FileNode* node : deleteArr)
     removal_->items.push_back({node, node->_path(), node->identity()});

@@ -63,12 +63,14 @@ void Controller::changeChildrenFilNodeStateWithFileNode(FileNode& node, bool sel
     }
     if (at.folder == nullptr) continue;
     const bool looksUp = select && at.folder->list.size() <= kFewEntries;
-    for (FileNode* child : at.folder->list) {
+    const auto known = static_cast<std::ptrdiff_t>(left.size());
+    for (FileNode* child : at.children()) {
       if (select && !isShown(*child)) continue;
       if (looksUp && !lockReason(*child).empty()) continue;
       setState(*child, state);
       if (child->folder != nullptr && at.folder->isExpand) left.push_back(child);
     }
+    std::reverse(left.begin() + known, left.end());  // the first one is taken next
   }
 }
 
@@ -142,7 +144,7 @@ LargeFileSelection Controller::selection() const {
   LargeFileSelection selection;
   if (root() == nullptr || everTicked_.empty()) return selection;
   std::vector<FileNode*> nodes;
-  deleteFilesWithDic(root()->folder->list, nodes);
+  deleteFilesWithDic(root()->children(), nodes);
   selection.count = nodes.size();
   for (const FileNode* node : nodes)
     selection.bytes += node->size;

@@ -19,6 +19,12 @@ EumeRoot::EumeRoot(EumeDelegate* eumeDelegate)
 EumeRoot::~EumeRoot() = default;
 
 void EumeRoot::eumeAllRootFileNodeWithRootArr(const std::string& path) {
+  isStopped_ = false;
+  error_ = 0;
+  getRootNodeListWithPath(path);
+}
+
+void EumeRoot::getRootNodeListWithPath(const std::string& path) {
   isScanning_ = operator_->getFileSizeWithPat(
       path, [this] { entriesArrived(); }, error_);
   if (isScanning_) {
@@ -68,6 +74,7 @@ void EumeRoot::entriesArrived() {
   operator_->takeEntries();
   if (!operator_->isOver() || !isScanning_) return;
   isScanning_ = false;
+  if (isStopped_) operator_->markStopped();
   topLevelIsOver();
 }
 

@@ -55,6 +55,7 @@ class EumeRoot : private NodeTreeOperatorDelegate {
   FileNode* root() { return root_; }
 
  private:
+  void getRootNodeListWithPath(const std::string& path);
   void doRootArrSort() override;
   void insertFileInRootArrWithFile(const std::string& path);
   void entriesArrived();

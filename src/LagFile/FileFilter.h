@@ -6,7 +6,8 @@
 
 namespace brisko {
 
-/// Which files are shown. A folder is shown while a shown file is anywhere in it.
+/// Which files are shown. A folder is shown while a shown file is anywhere in it; without a filter
+/// one that has no file at all, too.
 struct FileFilter {
   std::uint64_t minSize = 0;                ///< bytes
   std::int64_t modifiedBefore = INT64_MAX;  ///< seconds since 1970: this or earlier
@@ -25,7 +26,7 @@ struct FileFilter {
 /// Whether the entry is shown with the filter that its tree was last counted with.
 inline bool isShown(const FileNode& node) {
   if (node.folder == nullptr) return node.matches;
-  return node.folder->matching > 0 || node.folder->files == 0;
+  return node.folder->matching > 0 || (node.folder->files == 0 && !node.folder->isFiltered);
 }
 
 /// Whether the filter hides something of what is in the folder.

@@ -54,6 +54,8 @@ std::string FileNode::reason() const {
       return {};
     case ReadState::mounted:
       return "another file system is mounted here";
+    case ReadState::stopped:
+      return "the scan was stopped before all of it was read";
     case ReadState::denied:
     case ReadState::error:
       break;

@@ -13,12 +13,13 @@ struct FileNode;
 
 /// How far a folder's own entries are known.
 enum class ReadState : std::uint8_t {
-  queued,    ///< not looked into yet; once the scan is over: it was stopped before
+  queued,    ///< not looked into yet
   reading,   ///< so far only a part of its entries
   finished,  ///< all entries
   denied,    ///< the system does not let the user look in
   mounted,   ///< another file system is mounted there, and is left alone
   error,     ///< it cannot be read for another reason, or vanished meanwhile
+  stopped,   ///< the scan was stopped before all of its entries were read
 };
 
 /// Tick state of an entry.
@@ -30,6 +31,7 @@ struct FolderContent {
   bool isOrdered = true;        ///< whether `list` stands in the order in which it is shown
   bool isTouched = false;       ///< in the list of folders whose size is about to change
   bool isExpand = false;        ///< whether the folder is open in the outline
+  bool isFiltered = false;      ///< the filter shows no folder that has no file
   ReadState readState = ReadState::queued;
   int error = 0;                    ///< errno's value of `denied` and `error`
   std::uint32_t depth = 0;          ///< 0 for the folder that was chosen

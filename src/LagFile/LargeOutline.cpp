@@ -1,7 +1,6 @@
 #include "LargeOutline.h"
 
 #include "EntryTable.h"
-#include "FocusRing.h"
 #include "ImageCheckBox.h"
 #include "ImageLookup.h"
 #include "LargeFileKinds.h"
@@ -16,15 +15,7 @@ namespace brisko {
 namespace {
 
 constexpr int kIcon = 18;
-
-void paintGround(QPainter* painter, const QRect& rect, bool isSelected) {
-  if (isSelected) painter->fillRect(rect, themeColor(Theme::Token::accentSoft));
-  painter->save();
-  painter->setOpacity(0.6);
-  painter->setPen(themeColor(Theme::Token::border));
-  painter->drawLine(rect.bottomLeft(), rect.bottomRight());
-  painter->restore();
-}
+constexpr int kLock = 17;
 
 class LargeOutlineDelegate : public QStyledItemDelegate {
  public:
@@ -38,9 +29,9 @@ class LargeOutlineDelegate : public QStyledItemDelegate {
              const QModelIndex& index) const override {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    paintGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
+    paintRowGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
     if (index.column() == LargeTreeModel::Checkbox) {
-      paintBox(painter, option.rect, index);
+      paintBoxOrLock(painter, option.rect, index);
     } else if (index.column() == LargeTreeModel::Name) {
       paintName(painter, option.rect, index);
     } else {
@@ -50,17 +41,12 @@ class LargeOutlineDelegate : public QStyledItemDelegate {
   }
 
  private:
-  static void paintBox(QPainter* painter, const QRect& rect, const QModelIndex& index) {
-    const std::string image = index.data(ImageNameRole).toString().toStdString();
-    if (image.empty() || index.data(CutRole).toBool()) return;
-    const bool isLocked = !index.data(LockRole).toString().isEmpty();
-    QRectF area(0, 0, isLocked ? 17 : 20, isLocked ? 17 : 20);
+  static void paintBoxOrLock(QPainter* painter, const QRect& rect, const QModelIndex& index) {
+    if (index.data(MoreRole).toBool() || index.data(CutRole).toBool()) return;
+    if (index.data(LockRole).toString().isEmpty()) return paintBox(painter, rect, index);
+    QRectF area(0, 0, kLock, kLock);
     area.moveCenter(QRectF(rect).center());
-    if (isLocked) {
-      ImageLookup::paint(painter, "ic_lock", area, themeColor(Theme::Token::textDimmed));
-    } else {
-      ImageLookup::paint(painter, image, area);
-    }
+    ImageLookup::paint(painter, "ic_lock", area, themeColor(Theme::Token::textDimmed));
   }
 
   static void paintName(QPainter* painter, const QRect& rect, const QModelIndex& index) {
@@ -97,21 +83,13 @@ class LargeOutlineDelegate : public QStyledItemDelegate {
 
 }  // namespace
 
-LargeOutline::LargeOutline(QWidget* parent) : QTreeView(parent) {
+LargeOutline::LargeOutline(QWidget* parent) : CheckOutline(parent) {
   setHeader(new CheckHeaderView(this));
   setItemDelegate(new LargeOutlineDelegate(this));
-  setUniformRowHeights(true);
-  setTreePosition(LargeTreeModel::Name);
   setIndentation(16);
-  setAnimated(false);
-  setFrameShape(QFrame::NoFrame);
-  setExpandsOnDoubleClick(false);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);
-  setSelectionBehavior(QAbstractItemView::SelectRows);
-  setSelectionMode(QAbstractItemView::SingleSelection);
-  setAllColumnsShowFocus(true);
-  setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+    if (index.data(MoreRole).toBool()) openRow(index.siblingAtColumn(0));
+  });
 }
 
 void LargeOutline::setTree(LargeTreeModel* tree) {
@@ -142,74 +120,23 @@ ImageCheckBox* LargeOutline::selectAllBox() const {
   return static_cast<CheckHeaderView*>(header())->checkBox();
 }
 
-void LargeOutline::keyPressEvent(QKeyEvent* event) {
-  const QModelIndex at = currentIndex();
-  const bool isSpace = event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier;
-  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (at.isValid() && at.data(MoreRole).toBool() && (isSpace || isEnter)) {
-    Q_EMIT moreRequested(at);
-  } else if (isSpace) {
-    if (at.isValid()) Q_EMIT toggleRequested(at);
+void LargeOutline::openRow(const QModelIndex& row) {
+  if (row.data(MoreRole).toBool()) {
+    Q_EMIT moreRequested(row);
+  } else if (row.flags().testFlag(Qt::ItemNeverHasChildren)) {
+    Q_EMIT openRequested(row);
   } else {
-    QTreeView::keyPressEvent(event);
+    CheckOutline::openRow(row);
   }
 }
 
-void LargeOutline::mousePressEvent(QMouseEvent* event) {
-  QTreeView::mousePressEvent(event);
-  pressed_ =
-      event->button() == Qt::LeftButton ? indexAt(event->position().toPoint()) : QModelIndex();
-}
-
-void LargeOutline::mouseReleaseEvent(QMouseEvent* event) {
-  QTreeView::mouseReleaseEvent(event);
-  const QModelIndex released = indexAt(event->position().toPoint());
-  const bool isSame = released.isValid() && released == pressed_;
-  pressed_ = QModelIndex();
-  if (!isSame) return;
-  if (released.data(MoreRole).toBool()) {
-    Q_EMIT moreRequested(released);
-  } else if (released.column() == LargeTreeModel::Checkbox) {
-    Q_EMIT toggleRequested(released);
+void LargeOutline::keyPressEvent(QKeyEvent* event) {
+  const bool isSpace = event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier;
+  if (isSpace && currentIndex().data(MoreRole).toBool()) {
+    openRow(currentIndex());
+  } else {
+    CheckOutline::keyPressEvent(event);
   }
-}
-
-// The second click of two on a box is a click like the first; elsewhere it opens a folder.
-void LargeOutline::mouseDoubleClickEvent(QMouseEvent* event) {
-  const QModelIndex index = indexAt(event->position().toPoint());
-  if (index.isValid() && index.column() == LargeTreeModel::Checkbox) {
-    mousePressEvent(event);
-  } else if (index.isValid() && event->button() == Qt::LeftButton) {
-    const QModelIndex row = index.siblingAtColumn(0);
-    setExpanded(row, !isExpanded(row));
-  }
-}
-
-void LargeOutline::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-  QTreeView::currentChanged(current, previous);
-  Q_EMIT currentRowChanged(current);
-}
-
-void LargeOutline::drawBranches(QPainter* painter, const QRect& rect,
-                                const QModelIndex& index) const {
-  paintGround(painter, rect, selectionModel()->isSelected(index));
-  if (!model()->hasChildren(index)) return;
-  painter->save();
-  painter->translate(QPointF(rect.right() - indentation() / 2.0 + 1, QRectF(rect).center().y()));
-  if (isExpanded(index)) painter->rotate(90);
-  ImageLookup::paint(painter, "ic_chevron", QRectF(-7, -7, 14, 14),
-                     themeColor(Theme::Token::textDimmed));
-  painter->restore();
-}
-
-void LargeOutline::paintEvent(QPaintEvent* event) {
-  QTreeView::paintEvent(event);
-  if (!hasFocus() || !currentIndex().isValid()) return;
-  QPainter painter(viewport());
-  QRect row = visualRect(currentIndex());
-  row.setLeft(0);
-  row.setRight(viewport()->width() - 1);
-  drawFocusRing(&painter, row, 6);
 }
 
 }  // namespace brisko

@@ -1,18 +1,15 @@
 #pragma once
 
-#include <QPersistentModelIndex>
-#include <QTreeView>
+#include "CheckOutline.h"
 
 namespace brisko {
 
 class ImageCheckBox;
 class LargeTreeModel;
 
-/// The outline of a scanned folder. Boxes and locks are drawn, not made of widgets, and all rows
-/// are of one height, so its cost is that of the rows in sight. Space toggles the highlighted row's
-/// box, left and right close and open folders, Enter on the last row of a long folder shows more of
-/// it.
-class LargeOutline : public QTreeView {
+/// The outline of a scanned folder. A file is opened as a folder is: by a double click or Return.
+/// The last row of a long folder shows more of it when it is clicked or opened.
+class LargeOutline : public CheckOutline {
   Q_OBJECT
 
  public:
@@ -24,24 +21,14 @@ class LargeOutline : public QTreeView {
   ImageCheckBox* selectAllBox() const;
 
  Q_SIGNALS:
-  /// The user asked for the row's box to change.
-  void toggleRequested(const QModelIndex& index);
+  /// The user wants to see what is in this file.
+  void openRequested(const QModelIndex& index);
   /// The user asked for more of the folder whose last row this is.
   void moreRequested(const QModelIndex& index);
-  /// The highlighted row is another one, or none.
-  void currentRowChanged(const QModelIndex& index);
 
  protected:
+  void openRow(const QModelIndex& row) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
-  void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  QPersistentModelIndex pressed_;
 };
 
 }  // namespace brisko

@@ -70,38 +70,36 @@ void LargeTreeModel::showMore(const QModelIndex& more) {
 }
 
 // The largest entries in order. Which they are is found by their sizes alone first, because the
-// entries themselves lie all over the memory.
-void LargeTreeModel::fill(Rows& rows, const FileNode& folder) {
-  std::vector<FileNode*> shown;
+// entries themselves lie all over the memory: each is looked at once.
+void LargeTreeModel::fill(Rows& rows, const FileNode& folder) const {
+  std::vector<Sized>& shown = sized_;
+  shown.clear();
   std::uint64_t all = 0;
-  shown.reserve(folder.folder->list.size());
   for (FileNode* each : folder.folder->list) {
     if (!isShown(*each)) continue;
-    shown.push_back(each);
+    shown.push_back({each->size, each});
     all += each->size;
   }
   const std::size_t total = shown.size();
-  const auto before = [](const FileNode* one, const FileNode* other) {
-    return standsBefore(*one, *other);
+  const auto before = [](const Sized& one, const Sized& other) {
+    return standsBefore(*one.node, *other.node);
   };
   if (total > rows.most) {
-    std::vector<std::uint64_t> sizes;
-    sizes.reserve(total);
-    for (const FileNode* each : shown)
-      sizes.push_back(each->size);
-    const auto last = sizes.begin() + static_cast<std::ptrdiff_t>(rows.most) - 1;
-    std::nth_element(sizes.begin(), last, sizes.end(), std::greater<>());
-    std::erase_if(shown, [least = *last](const FileNode* each) { return each->size < least; });
+    const auto last = shown.begin() + static_cast<std::ptrdiff_t>(rows.most) - 1;
+    std::nth_element(shown.begin(), last, shown.end(),
+                     [](const Sized& one, const Sized& other) { return one.size > other.size; });
+    // Of those that are as large as the last one, only the whole order tells which come first.
+    std::erase_if(shown, [least = last->size](const Sized& each) { return each.size < least; });
     const auto end = shown.begin() + static_cast<std::ptrdiff_t>(rows.most);
-    if (shown.size() > rows.most) {
-      std::nth_element(shown.begin(), end - 1, shown.end(), before);
-      shown.erase(end, shown.end());
-    }
+    std::nth_element(shown.begin(), end - 1, shown.end(), before);
+    shown.erase(end, shown.end());
   }
   std::sort(shown.begin(), shown.end(), before);
-  for (const FileNode* each : shown)
-    all -= each->size;
-  rows.nodes = std::move(shown);
+  rows.nodes.clear();
+  for (const Sized& each : shown) {
+    rows.nodes.push_back(each.node);
+    all -= each.size;
+  }
   rows.hidden = total - rows.nodes.size();
   rows.hiddenBytes = all;
 }

@@ -60,6 +60,10 @@ class LargeTreeModel : public QAbstractItemModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  struct Sized {
+    std::uint64_t size;
+    FileNode* node;
+  };
   struct Rows {
     std::vector<FileNode*> nodes;
     std::size_t most = kFirstRows;
@@ -69,7 +73,7 @@ class LargeTreeModel : public QAbstractItemModel {
 
   FileNode* holderOf(const QModelIndex& parent) const;
   Rows& rowsOf(FileNode& folder) const;
-  static void fill(Rows& rows, const FileNode& folder);
+  void fill(Rows& rows, const FileNode& folder) const;
   static bool isMore(const QModelIndex& index) { return (index.internalId() & 1U) != 0; }
   static FileNode* folderOfMore(const QModelIndex& index);
   int rowOf(const FileNode& node) const;
@@ -78,6 +82,7 @@ class LargeTreeModel : public QAbstractItemModel {
 
   const Controller& controller_;
   mutable std::unordered_map<const FileNode*, Rows> rows_;
+  mutable std::vector<Sized> sized_;  ///< of the folder being filled; kept for its room
   bool isChanging_ = false;
 };
 

@@ -5,13 +5,11 @@
 #include <QBasicTimer>
 #include <QObject>
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
-class QMenu;
 class QWidget;
 
 namespace Ui {
@@ -20,6 +18,7 @@ class ListFileViewController;
 
 namespace brisko {
 
+class FileFilterButtons;
 class LargeTreeModel;
 class ProgressWindowController;
 
@@ -85,8 +84,6 @@ class ListFileViewController : public QObject, private ControllerDelegate {
   void removeEnd() override;
 
   void setUpOutline();
-  void setUpFilters();
-  void addFilter(QMenu* menu, const char* label, std::function<void()> set);
   void connectControls();
   void getRootNodeListWithPath(const std::string& path);
   void endScanning();
@@ -104,14 +101,12 @@ class ListFileViewController : public QObject, private ControllerDelegate {
   ListFileDelegate* detagate_;
   Controller& controller_;
   LargeTreeModel* tree_;
+  FileFilterButtons* filters_;
   std::function<std::optional<std::string>()> choose_;
   std::unique_ptr<ProgressWindowController> progressWindow_;
   QBasicTimer sortTimer_;  ///< while scanning: takes what came into the outline
   bool hasGrown_ = false;
-  bool isSelecting_ = false;
   bool isShown_ = false;  ///< the scan at work was not ended by the user yet
-  std::uint64_t minSize_ = 0;
-  std::uint32_t days_ = 0;
 };
 
 }  // namespace brisko

@@ -1,6 +1,5 @@
 // The removal as the page shows it: asking, progress, and what stayed.
 
-#include "LargeTreeModel.h"
 #include "ListFileViewController.h"
 #include "LocalizedString.h"
 #include "MarkSureDeleteWC.h"
@@ -39,18 +38,6 @@ void ListFileViewController::doRemoveAction() {
 
 void ListFileViewController::changeProgressWithPoint(int point, const std::string& path) {
   if (progressWindow_) progressWindow_->setProgress(point, path);
-}
-
-void ListFileViewController::treeWillChange() {
-  tree_->nodesWillLeave();
-}
-
-void ListFileViewController::treeDidChange() {
-  tree_->refresh();
-  ui_->treemap->contentChanged();
-  const FileNode* node = tree_->node(ui_->outline->currentIndex());
-  ui_->treemap->setCurrent(node);
-  showNode(node);
 }
 
 void ListFileViewController::removeEnd() {

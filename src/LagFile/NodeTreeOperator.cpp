@@ -66,6 +66,13 @@ void NodeTreeOperator::stopScan() {
   if (walk_) walk_->stop();
 }
 
+void NodeTreeOperator::markStopped() {
+  for (FileNode* node : folders_) {
+    ReadState& state = node->folder->readState;
+    if (state == ReadState::queued || state == ReadState::reading) state = ReadState::stopped;
+  }
+}
+
 void NodeTreeOperator::takeEntries() {
   if (!walk_) return;
   const WalkNews news = walk_->takeNews();
@@ -94,6 +101,7 @@ void NodeTreeOperator::fileInsertFatherWithRootArr(FileNode& father, std::span<F
   for (FileNode& entry : entries) {
     content.list.push_back(&entry);
     if (entry.folder != nullptr) {
+      entry.folder->isFiltered = filter_.isActive();
       ++content.folders;
       folders_.push_back(&entry);
       continue;
@@ -196,6 +204,7 @@ void NodeTreeOperator::setFilter(const FileFilter& filter) {
   filter_ = filter;
   // Each folder's own files first; then what is below it is added, the deepest first.
   forEachFolder([this](FolderContent& content) {
+    content.isFiltered = filter_.isActive();
     content.matching = 0;
     for (FileNode* entry : content.list) {
       if (entry->folder != nullptr) continue;

@@ -49,6 +49,8 @@ class NodeTreeOperator {
   /// Ends the reading soon. What was read stays.
   void stopScan();
   bool isOver() const { return isOver_; }
+  /// The reading was stopped, and is over: folders that it did not come to say so from now on.
+  void markStopped();
 
   /// Appends entries to a folder; its order is stale from then on.
   void fileInsertFatherWithRootArr(FileNode& father, std::span<FileNode> entries);

@@ -4,7 +4,7 @@
 #include "FileNode.h"
 #include "NodeArena.h"
 #include "Progress.h"
-#include "WalkQueue.h"
+#include "WorkQueue.h"
 
 #include <atomic>
 #include <chrono>
@@ -17,6 +17,16 @@
 #include <vector>
 
 namespace brisko {
+
+/// A part of a walk that one worker hands to another.
+struct WalkTask {
+  std::shared_ptr<Catalog::Folder> folder;
+  FileNode* node = nullptr;           ///< the folder's entry
+  std::uint32_t top = 0;              ///< below which entry of the chosen folder it lies
+  bool isWhole = false;               ///< nothing of the folder was read yet
+  std::vector<FileNode*> subfolders;  ///< folders in it to be read
+  std::span<FileNode> entries;        ///< entries of it to be looked at
+};
 
 /// What the workers found since the last time: entries of folders, and how folders came out.
 struct WalkNews {
@@ -64,7 +74,7 @@ class NodeTreeWalk : public std::enable_shared_from_this<NodeTreeWalk> {
   std::uint32_t total() const { return total_; }      ///< entries in the chosen folder
   std::uint32_t handled() const { return handled_; }  ///< those that are through, with all below
   /// The folder that is being read.
-  const FileNode* folderAtWork() const { return atWork_.load(std::memory_order_relaxed); }
+  const FileNode* folderAtWork() const { return atWork_.load(std::memory_order_acquire); }
   /// Bytes that the tree takes. Once it is complete.
   std::size_t footprint() const;
 
@@ -84,7 +94,7 @@ class NodeTreeWalk : public std::enable_shared_from_this<NodeTreeWalk> {
   std::atomic<const FileNode*> atWork_ = nullptr;
   /// For each entry of the chosen folder: what of it is still to be read.
   std::unique_ptr<std::atomic<std::uint32_t>[]> outstanding_;
-  WalkQueue queue_;
+  WorkQueue<WalkTask> queue_;
 
   std::mutex mutex_;  ///< guards what follows
   std::vector<std::unique_ptr<NodeArena>> arenas_;

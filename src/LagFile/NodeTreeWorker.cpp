@@ -119,7 +119,7 @@ void NodeTreeWorker::deal(Level& level, std::span<FileNode> entries, bool hasFol
 // Reads the deepest level's folder.
 void NodeTreeWorker::readFolder() {
   Level& level = levels_[depth_ - 1];
-  walk_->atWork_.store(level.node, std::memory_order_relaxed);
+  walk_->atWork_.store(level.node, std::memory_order_release);  // its name is read elsewhere
   std::uint32_t place = 0;
   while (goesOn() && level.folder->read(batch_, kBatch)) {
     const std::size_t before = level.subfolders.size();
@@ -152,6 +152,7 @@ void NodeTreeWorker::readChosenFolder() {
     if (!goesOn()) return;
     deal(level, entries, hasFolders);
   }
+  if (walk_->isStopped()) return;
   walk_->publish(level.node, stateOf(level.folder->error()), level.folder->error());
 }
 

@@ -48,7 +48,7 @@ class NodeTreeWorker {
   static std::uint32_t topOf(const Level& level, const FileNode* child);
 
   std::shared_ptr<NodeTreeWalk> walk_;
-  WalkQueue& queue_;
+  WorkQueue<WalkTask>& queue_;
   NodeArena& arena_;
   bool mayCallHelp_;
   std::size_t seen_ = 0;

@@ -20,6 +20,7 @@ namespace {
 
 constexpr double kGap = 1;
 constexpr double kTileRadius = 3;
+constexpr double kPlainSide = 8;  // a tile of a shorter one has neither corners nor light to see
 constexpr int kLegendLine = 18;
 constexpr int kLegendColumns = 4;
 constexpr int kLegendLines = 2;
@@ -106,6 +107,10 @@ void TreemapView::drawTile(QPainter* painter, const TreemapTile& tile) const {
   if (tile.node != nullptr && tile.node->_isDirectory()) {
     fill = Theme::shared().isDark() ? fill.lighter(100 + 9 * tile.depth)
                                     : fill.darker(98 + 4 * tile.depth);
+  }
+  if (std::min(area.width(), area.height()) < kPlainSide) {
+    painter->fillRect(area, fill);
+    return;
   }
   painter->setPen(Qt::NoPen);
   if (tile.node != nullptr && !tile.node->_isDirectory()) {

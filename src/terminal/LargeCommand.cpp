@@ -19,6 +19,7 @@
 #include <cstring>
 #include <memory>
 #include <string_view>
+#include <unordered_set>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -114,11 +115,22 @@ FileNode* LargeCommand::listed(Controller& controller, const std::string& folder
 std::vector<FileNode*> LargeCommand::wanted(Controller& controller,
                                             const std::string& folder) const {
   std::vector<FileNode*> nodes;
+  std::unordered_set<const FileNode*> named;
   for (const std::string& path : remove_) {
     FileNode* node = listed(controller, folder, path);
     if (node == nullptr) throw WrongUsage(fmt::format("large: {}: not in the list", path));
-    if (std::find(nodes.begin(), nodes.end(), node) == nodes.end()) nodes.push_back(node);
+    if (isCut(*node)) {
+      throw WrongUsage(fmt::format("large: {}: the filter hides some of what is in it", path));
+    }
+    if (named.insert(node).second) nodes.push_back(node);
   }
+  // What lies in another one goes with it.
+  std::erase_if(nodes, [&named](const FileNode* node) {
+    for (const FileNode* at = node->holder; at != nullptr; at = at->holder) {
+      if (named.contains(at)) return true;
+    }
+    return false;
+  });
   return nodes;
 }
 
@@ -138,7 +150,10 @@ int LargeCommand::remove(Controller& controller, const std::vector<FileNode*>& n
     if (Interruption::happened()) controller.stopRemove();
     return !controller.isRemoving();
   });
-  if (Interruption::happened()) return kInterrupted;
+  if (Interruption::happened()) {
+    writeError("interrupted; the rest was not tried");
+    return kInterrupted;
+  }
   return controller.failures().empty() ? kDone : kNotDone;
 }
 

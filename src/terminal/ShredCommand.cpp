@@ -2,7 +2,6 @@
 
 #include "CommUti.h"
 #include "Dispatch.h"
-#include "FileShareModel.h"
 #include "Interruption.h"
 #include "Json.h"
 #include "Output.h"
@@ -59,12 +58,6 @@ void ShredCommand::checkPaths() const {
   }
 }
 
-void ShredCommand::add(FileShareModel& model) {
-  for (const std::string& path : paths_) {
-    if (auto reason = model.addFileToArr(path)) refused_.push_back({path, std::move(*reason)});
-  }
-}
-
 bool ShredCommand::plan(FileShareModel& model) const {
   ProgressLine progress;
   model.preparePlan();
@@ -106,7 +99,7 @@ bool ShredCommand::write(const FileShareModel& model, const GlobalOptions& globa
     Json list = Json::array();
     for (const auto& item : items)
       list.push_back(itemJson(item->url, isPlan ? "" : item->failStr, item->reason));
-    for (const Refused& refused : refused_)
+    for (const FileShareRefusal& refused : refused_)
       list.push_back(itemJson(refused.path, "Failed", refused.reason));
     if (isPlan) document["dryRun"] = true;
     document["items"] = std::move(list);
@@ -122,7 +115,7 @@ bool ShredCommand::write(const FileShareModel& model, const GlobalOptions& globa
     if (!item->reason.empty()) text += style.warning(": " + escapedForDisplay(item->reason));
     text += '\n';
   }
-  for (const Refused& refused : refused_) {
+  for (const FileShareRefusal& refused : refused_) {
     text += "Failed " + escapedForDisplay(refused.path) +
             style.warning(": " + escapedForDisplay(refused.reason)) + '\n';
   }
@@ -142,7 +135,7 @@ int ShredCommand::execute(const GlobalOptions& global) {
   FileShareModel model;
   if (times_ != 0) model.overrideEraserTimes(times_);
   model.setErasesAllNames(allNames_);
-  add(model);
+  refused_ = model.addFileToArr(paths_);
   if (!plan(model)) {
     writeError("interrupted; nothing was erased");
     return kInterrupted;

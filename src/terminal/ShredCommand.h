@@ -1,13 +1,12 @@
 #pragma once
 
 #include "Command.h"
+#include "FileShareModel.h"
 
 #include <string>
 #include <vector>
 
 namespace brisko {
-
-class FileShareModel;
 
 /// "brisko shred": overwrites files and folders and removes them.
 class ShredCommand : public Command {
@@ -20,14 +19,7 @@ class ShredCommand : public Command {
   int execute(const GlobalOptions& global) override;
 
  private:
-  /// An item that is not worked on at all, and why.
-  struct Refused {
-    std::string path;
-    std::string reason;
-  };
-
   void checkPaths() const;
-  void add(FileShareModel& model);
   bool plan(FileShareModel& model) const;
   bool isWanted(const FileShareModel& model, const GlobalOptions& global) const;
   void run(FileShareModel& model) const;
@@ -36,7 +28,7 @@ class ShredCommand : public Command {
   std::vector<std::string> paths_;
   int times_ = 0;
   bool allNames_ = false;
-  std::vector<Refused> refused_;
+  std::vector<FileShareRefusal> refused_;
 };
 
 }  // namespace brisko

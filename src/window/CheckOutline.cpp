@@ -109,9 +109,10 @@ void CheckOutline::currentChanged(const QModelIndex& current, const QModelIndex&
 void CheckOutline::drawBranches(QPainter* painter, const QRect& rect,
                                 const QModelIndex& index) const {
   paintRowGround(painter, rect, selectionModel()->isSelected(index));
-  if (index.parent().isValid()) return;
+  if (!model()->hasChildren(index)) return;
   painter->save();
-  painter->translate(QRectF(rect).center());
+  // At the row's own step of the indentation, whatever is above it.
+  painter->translate(QPointF(rect.right() + 1 - indentation() / 2.0, QRectF(rect).center().y()));
   if (isExpanded(index)) painter->rotate(90);
   ImageLookup::paint(painter, "ic_chevron", QRectF(-7, -7, 14, 14),
                      themeColor(Theme::Token::textDimmed));

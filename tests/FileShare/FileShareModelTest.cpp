@@ -1,6 +1,7 @@
 // The list as people see it, from adding to the outcome.
 
 #include "Dispatch.h"
+#include "FileDescriptor.h"
 #include "FileShareModel.h"
 #include "Machine.h"
 #include "TemporaryFolder.h"
@@ -44,21 +45,19 @@ class ShredList : public testing::Test {
 TEST_F(ShredList, TakesWhatIsThereOnceAndNothingThatIsProtected) {
   folder.file("real/f", "1");
   folder.link("way", folder / "real");
-  EXPECT_FALSE(model.addFileToArr(folder / "way/f"));
-  EXPECT_FALSE(model.addFileToArr(folder / "real/f"));
-  ASSERT_EQ(model.rowCount(), 1U) << "both lead to the same item";
+  const auto refused = model.addFileToArr(
+      {folder / "way/f", "/etc", folder / "real/f", folder / "gone", folder / "way/"});
+  ASSERT_EQ(refused.size(), 2U);
+  EXPECT_EQ(refused[0].path, "/etc");
+  EXPECT_EQ(refused[1].reason, "It is not there.");
+  ASSERT_EQ(model.rowCount(), 2U) << "two lead to the same item";
   EXPECT_EQ(model.row(0).url, folder / "real/f");
   EXPECT_TRUE(model.row(0).isSelect);
-  EXPECT_FALSE(model.addFileToArr(folder / "way/"));
   EXPECT_FALSE(model.row(1).isDir) << "the link itself";
-  EXPECT_TRUE(model.addFileToArr("/etc"));
-  EXPECT_TRUE(model.addFileToArr(folder / "gone"));
-  EXPECT_EQ(model.rowCount(), 2U);
 }
 
 TEST_F(ShredList, BoxesFollowTheRows) {
-  for (const char* name : {"a", "b", "c"})
-    model.addFileToArr(folder.file(name, "1"));
+  model.addFileToArr({folder.file("a", "1"), folder.file("b", "1"), folder.file("c", "1")});
   EXPECT_STREQ(model.selectAllImage(), "sel");
   model.toggle(1);
   EXPECT_STREQ(model.selectAllImage(), "halfsel");
@@ -75,14 +74,9 @@ TEST_F(ShredList, BoxesFollowTheRows) {
 }
 
 TEST_F(ShredList, EndsWithWhatTheDiskSaysAndKeepsTheUnticked) {
-  model.addFileToArr(folder.file("tree/a", "12345"));
-  model.addFileToArr(folder / "tree");
-  model.addFileToArr(folder.file("unticked", "1"));
-  model.addFileToArr(folder.file("linked/f", "1"));
-  ASSERT_EQ(link((folder / "linked/f").c_str(), (folder / "other").c_str()), 0);
-  model.emptyListButtonAction();
-  for (const char* name : {"tree/a", "tree", "unticked", "linked"})
-    model.addFileToArr(folder / name);
+  ASSERT_EQ(link(folder.file("linked/f", "1").c_str(), (folder / "other").c_str()), 0);
+  model.addFileToArr({folder.file("tree/a", "12345"), folder / "tree", folder.file("unticked", "1"),
+                      folder / "linked"});
   model.toggle(2);
   plan();
   EXPECT_EQ(model.planCount(), 4U) << "the file in the listed folder counts once";
@@ -102,11 +96,24 @@ TEST_F(ShredList, EndsWithWhatTheDiskSaysAndKeepsTheUnticked) {
   EXPECT_TRUE(host.logged("----" + (folder / "linked")));
 }
 
+// In a folder a bundle's contents are erased one by one, and it goes only when they are gone.
+TEST_F(ShredList, ABundleInAFolderTakesNothingWithItThatCouldNotBeErased) {
+  const std::string kept = folder.file("apps/Foo.app/kept", "text");
+  folder.file("apps/Foo.app/goes", "text");
+  ASSERT_EQ(link(kept.c_str(), (folder / "other").c_str()), 0);
+  model.addFileToArr({folder / "apps"});
+  erase();
+  EXPECT_EQ(outcome(0), "Failed");
+  EXPECT_EQ(model.row(0).reason, "Foo.app/kept: it has 1 other name (a hard link)");
+  EXPECT_EQ(contentOf(kept), "text");
+  EXPECT_FALSE(exists(folder / "apps/Foo.app/goes"));
+}
+
 TEST_F(ShredList, ABundleThatStaysIsNoSuccess) {
   if (!isRoot()) GTEST_SKIP() << "because only root can make a folder that nobody can empty";
   const std::string stuck = folder.file("Foo.app/stuck", "1");
   if (!setImmutable(stuck, true)) GTEST_SKIP() << "because no file can be made immutable here";
-  model.addFileToArr(folder / "Foo.app");
+  model.addFileToArr({folder / "Foo.app"});
   erase();
   EXPECT_EQ(outcome(0), "Failed");
   EXPECT_NE(model.row(0).reason, "");
@@ -114,36 +121,18 @@ TEST_F(ShredList, ABundleThatStaysIsNoSuccess) {
   setImmutable(stuck, false);
 }
 
-TEST_F(ShredList, CancelIsToldAndNothingIsCalledErased) {
-  model.addFileToArr(folder.file("large", std::string(64U << 20, 'x')));
-  model.addFileToArr(folder.file("rest", "1"));
-  model.overrideEraserTimes(35);
-  plan();
-  model.doDeleteButtonClick();
-  model.cancelShred();
-  Dispatch::runUntil([&] { return !model.isShredding(); });
-  EXPECT_EQ(model.errorString(), "The operation was canceled by the user.");
-  EXPECT_EQ(outcome(0), "Failed");
-  EXPECT_EQ(outcome(1), "Failed");
-  EXPECT_EQ(model.row(1).reason, "stopped before its turn came");
-  EXPECT_TRUE(exists(folder / "large") && exists(folder / "rest"));
-}
-
 TEST_F(ShredList, PathsLongerThanTheSystemTakesAreErased) {
   constexpr int kDepth = 20;
   const std::string name(250, 'n');
-  int level = open(folder.folder("deep").c_str(), O_PATH | O_CLOEXEC);
+  FileDescriptor level(open(folder.folder("deep").c_str(), O_PATH | O_CLOEXEC));
   for (int i = 0; i < kDepth; ++i) {
-    ASSERT_EQ(mkdirat(level, name.c_str(), 0700), 0);
-    const int below = openat(level, name.c_str(), O_PATH | O_CLOEXEC);
-    close(level);
-    level = below;
+    ASSERT_EQ(mkdirat(level.get(), name.c_str(), 0700), 0);
+    level.reset(openat(level.get(), name.c_str(), O_PATH | O_CLOEXEC));
   }
-  const int file = openat(level, "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
-  EXPECT_EQ(write(file, "text", 4), 4);
-  close(file);
-  close(level);
-  model.addFileToArr(folder / "deep");
+  FileDescriptor file(openat(level.get(), "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+  EXPECT_EQ(write(file.get(), "text", 4), 4);
+  file.reset();
+  model.addFileToArr({folder / "deep"});
   plan();
   EXPECT_EQ(model.planCount(), kDepth + 2U);
   EXPECT_EQ(model.plan().front()->url.size(), (folder / "deep").size() + kDepth * 251 + 5);

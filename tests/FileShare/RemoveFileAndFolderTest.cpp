@@ -177,6 +177,16 @@ TEST_F(Eraser, AllNamesInTheListGoAndFewerAreRefused) {
   EXPECT_EQ(contentOf(two), "") << "the other name leads to nothing any more";
 }
 
+// An empty file is deleted, but one that has been written to since is overwritten first.
+TEST_F(Eraser, AFileThatWasEmptyWhenItWasListedGoesThroughTheTool) {
+  useNotingTool();
+  const auto file = item(folder.file("f"));
+  folder.file("f", "secret");
+  run({file});
+  EXPECT_EQ(started().size(), 1U);
+  EXPECT_EQ(file->failStr, "Success");
+}
+
 TEST_F(Eraser, WhatTookTheItemsPlaceIsNotErased) {
   const auto file = item(folder.file("f", "old"));
   rename((folder / "f").c_str(), (folder / "moved").c_str());
@@ -221,21 +231,6 @@ TEST_F(Eraser, PermissionIsTriedByOpeningAndThenByTheMode) {
   struct stat status;
   ASSERT_EQ(stat(own.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0600U);
-}
-
-TEST_F(Eraser, CancelEndsTheToolAndLeavesTheRest) {
-  const auto large = item(folder.file("large", std::string(64U << 20, 'x')));
-  const auto rest = item(folder.file("rest", "untouched"));
-  large->isSSD = false;
-  engine->setEraserTimes(35);
-  engine->benginToTraskWithArr({large, rest});
-  engine->isCancel();
-  waitForEnd();
-  ASSERT_EQ(reports.items.size(), 1U);
-  EXPECT_EQ(reports.items[0]->failStr, "Fail");
-  EXPECT_THAT(reports.items[0]->reason, testing::StartsWith("stopped"));
-  EXPECT_TRUE(exists(large->url));
-  EXPECT_EQ(contentOf(rest->url), "untouched");
 }
 
 TEST_F(Eraser, TheEndOfAnyProcessLeadsToTheNextItem) {

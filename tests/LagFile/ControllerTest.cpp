@@ -1,4 +1,5 @@
 #include "LargeTestTree.h"
+#include "SystemFolder.h"
 
 #include <filesystem>
 #include <functional>
@@ -68,6 +69,7 @@ TEST_F(LargeController, AFolderOfFilesIsTickedThroughThemAndOneWithAFolderNever)
 
 TEST_F(LargeController, ACollapsedFolderIsTickedOneLevelDeepAndAnOpenOneFurther) {
   folder.file("top/sub/deep/file", "x");
+  folder.folder("top/empty");
   scan();
   tick("top");
   EXPECT_EQ(state("top/sub"), kOn);
@@ -79,7 +81,7 @@ TEST_F(LargeController, ACollapsedFolderIsTickedOneLevelDeepAndAnOpenOneFurther)
   tick("top");
   EXPECT_EQ(state("top/sub/deep"), kOn);
   EXPECT_EQ(state("top/sub/deep/file"), kOff);
-  EXPECT_EQ(names(controller.selectNodeArr()), (std::vector<std::string>{"top", "sub"}));
+  EXPECT_EQ(names(controller.selectNodeArr()), (std::vector<std::string>{"top", "sub", "empty"}));
   EXPECT_STREQ(controller.changeSelectAllButtonState(), "sel");
   EXPECT_EQ(controller.selectedText(), "Selected: 1 item");
   tick("top", false);
@@ -203,6 +205,8 @@ TEST_F(LargeController, HostileNamesAndDeepPathsGo) {
 }
 
 TEST_F(LargeController, ProtectedPlacesAreLockedAndNoTickReachesThem) {
+  EXPECT_TRUE(SystemFolder::isSystemFileWithFilePath("/usr"));
+  EXPECT_FALSE(SystemFolder::isSystemFileWithFilePath("/usr/games/rogue"));
   TestHost image(folder.path());
   folder.file("Users/anna/Documents/letter", "x");
   folder.file("Users/anna/notes", "x");

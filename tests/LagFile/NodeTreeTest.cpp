@@ -3,7 +3,6 @@
 #include "LargeTestTree.h"
 #include "NodeArena.h"
 #include "Progress.h"
-#include "SystemFolder.h"
 
 #include <deque>
 #include <filesystem>
@@ -162,20 +161,6 @@ TEST_F(NodeTree, OrderHoldsAfterEachBatchWhereverItIsCut) {
   }
 }
 
-TEST_F(NodeTree, FilesOfOneSizeStandNewestFirstAndAGrownFolderBehindThem) {
-  for (const char* name : {"a", "b", "c"})
-    folder.sizedFile(std::string("in/") + name, 1000);
-  folder.sizedFile("in/grown/x", 1000);
-  folder.folder("in/empty");
-  scan();
-  const auto& children = node("in")->children();
-  ASSERT_EQ(children.size(), 5U);
-  EXPECT_GT(children[0]->place, children[1]->place);
-  EXPECT_GT(children[1]->place, children[2]->place);
-  EXPECT_EQ(children[3]->_name(), "grown");
-  EXPECT_EQ(children[4]->_name(), "empty");
-}
-
 TEST_F(NodeTree, LinksAreThemselvesAndHardLinksCountAtEachName) {
   TemporaryFolder elsewhere;
   elsewhere.sizedFile("big", 900'000);
@@ -241,7 +226,9 @@ TEST_F(NodeTree, PauseHoldsTheScanAndStopEndsIt) {
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(900));
   EXPECT_FALSE(progress.getProgress());
   EXPECT_TRUE(controller.eumeRoot()->isStopped());
+  EXPECT_EQ(controller.root()->reason(), "the scan was stopped before all of it was read");
   scan();
+  EXPECT_EQ(controller.root()->reason(), "");
   EXPECT_EQ(controller.eumeRoot()->getProgress(), 100);
   EXPECT_EQ(controller.aRootArr().size(), 300U);
 }
@@ -282,14 +269,6 @@ TEST_F(NodeTree, AFileMakesAListOfOneAndAMissingPathNone) {
   controller.eumeAllRootFileNodeWithRootArr(folder / "missing");
   EXPECT_TRUE(controller.aRootArr().empty());
   EXPECT_EQ(controller.eumeRoot()->error(), ENOENT);
-}
-
-TEST_F(NodeTree, SystemFilesAreExactlyTheNumberedPlaces) {
-  EXPECT_TRUE(SystemFolder::isSystemFileWithFilePath("/usr"));
-  EXPECT_TRUE(SystemFolder::isSystemFileWithFilePath("/"));
-  EXPECT_FALSE(SystemFolder::isSystemFileWithFilePath("/usr/"));
-  EXPECT_FALSE(SystemFolder::isSystemFileWithFilePath("/usr/games/rogue"));
-  EXPECT_FALSE(SystemFolder::isSystemFileWithFilePath(""));
 }
 
 }  // namespace

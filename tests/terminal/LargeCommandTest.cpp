@@ -68,6 +68,7 @@ TEST_F(LargeCommandLine, DepthTopAndFiltersNarrowTheList) {
   EXPECT_EQ(names(old["children"][0]), std::vector<std::string>{"old"}) << "all levels";
   EXPECT_EQ(names(large({folder.path(), "--min-size", "1KB", "--json"}).json()),
             std::vector<std::string>{"films"});
+  folder.folder("empty");
   EXPECT_TRUE(names(large({folder.path(), "--min-size", "1GB", "--json"}).json()).empty());
   EXPECT_THAT(large({folder.path()}).output, HasSubstr("films/\n"));
 }
@@ -84,20 +85,25 @@ TEST_F(LargeCommandLine, OnlyListedPathsAreRemoved) {
   refused({"--remove", folder / "notes.txt", "--remove", folder / "no such", "--"});
   refused({"--remove", folder / "films/../notes.txt", "--"});
   refused({"--remove", folder / "notes.txt", "--min-size", "1MB", "--"});
+  refused({"--remove", folder / "films", "--older-than", "365", "--"});  // a new file is in it
   refused({"--remove", folder.path(), "--"});
   refused({"--remove", "/etc/passwd", "--"});
   const Outcome unasked = large({folder.path(), "--remove", folder / "notes.txt"});
   EXPECT_EQ(unasked.status, 2);
-  EXPECT_TRUE(exists(folder / "notes.txt"));
+  EXPECT_TRUE(exists(folder / "films/a.mp4") && exists(folder / "notes.txt"));
+  folder.file("made/too", "x");
 
   const json dry =
       large({folder.path(), "--dry-run", "--json", "--remove", folder / "notes.txt"}).json();
   EXPECT_EQ(dry["wouldRemove"], json::array({folder / "notes.txt"}));
   EXPECT_TRUE(exists(folder / "notes.txt"));
-  const Outcome outcome = large({folder.path(), "--yes", "--json", "--depth", "2", "--remove",
-                                 folder / "films/a.mp4", folder / "notes.txt"});
+  // What lies in another one that goes is not removed by itself.
+  const Outcome outcome =
+      large({folder.path(), "--yes", "--json", "--depth", "0", "--remove", folder / "films/a.mp4",
+             folder / "made/too", folder / "notes.txt", folder / "made"});
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(outcome.json()["removed"], json::array({folder / "films/a.mp4", folder / "notes.txt"}));
+  EXPECT_EQ(outcome.json()["removed"],
+            json::array({folder / "films/a.mp4", folder / "notes.txt", folder / "made"}));
   EXPECT_EQ(outcome.json()["failed"], json::array());
   EXPECT_FALSE(exists(folder / "notes.txt"));
   EXPECT_FALSE(exists(folder / "films/a.mp4"));

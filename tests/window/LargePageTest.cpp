@@ -260,6 +260,14 @@ TEST_F(LargePage, ALongFolderShowsItsLargestAndMoreOnDemand) {
   outline()->setCurrentIndex(more);
   QTest::keyClick(outline(), Qt::Key_Return);
   EXPECT_EQ(rows().rowCount(in), 450);
+  // Opened, a file is shown by its program.
+  QTest::keyClick(outline(), Qt::Key_Return);
+  const QModelIndex first = rows().index(0, LargeTreeModel::Name, in);
+  outline()->scrollTo(first);
+  QTest::mouseDClick(outline()->viewport(), Qt::LeftButton, {},
+                     outline()->visualRect(first).center());
+  EXPECT_EQ(workspace->opened, (std::vector<std::string>{"file://" + (root / "files/in/249"),
+                                                         "file://" + (root / "files/in/449")}));
 }
 
 TEST(LargeSizes, ColoursChangeAtTheirExactSizes) {

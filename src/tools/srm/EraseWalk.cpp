@@ -8,7 +8,9 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include <dirent.h>
@@ -20,6 +22,10 @@ namespace {
 
 constexpr std::size_t kMaximumOpen = 32;
 constexpr std::size_t kBufferSize = 64 * 1024;
+// A file system may leave names out of a listing from which others were removed meanwhile, and
+// other programs may add some. A folder that is not empty after its last name is listed again, this
+// often.
+constexpr int kMaximumReadings = 4;
 
 struct DirectoryEntry {  // the kernel's linux_dirent64
   std::uint64_t inode;
@@ -37,12 +43,13 @@ bool isMountRoot(const struct statx& facts) {
   return (facts.stx_attributes & facts.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
-// A path as the other parts take it: absolute, without a slash at its end.
+// A path as the other parts take it: absolute, without a slash at its end. It stays relative, and
+// is refused for that, when the working folder is gone.
 std::string absolute(std::string path) {
   if (!path.starts_with('/')) {
-    char* here = ::get_current_dir_name();
-    path = std::string(here != nullptr ? here : "") + "/" + path;
-    std::free(here);
+    const std::unique_ptr<char, decltype(&std::free)> here(::get_current_dir_name(), &std::free);
+    if (!here) return path;
+    path = std::string(here.get()) + "/" + path;
   }
   while (path.size() > 1 && path.ends_with('/'))
     path.pop_back();
@@ -196,13 +203,21 @@ void EraseWalk::leave() {
   } else {
     eraseExtendedAttributes(level.folder.get());
     stays = calls().unlinkat(parent, level.name.c_str(), AT_REMOVEDIR) != 0;
-    if (stays) run_.fail(path, wordsFor(errno));
+    const int error = errno;
+    if (stays && (error == ENOTEMPTY || error == EEXIST) && readAgain(level)) return;
+    if (stays) run_.fail(path, wordsFor(error));
   }
   stack_.pop_back();
   if (stays && !stack_.empty()) stack_.back().keepsSomething = true;
   if (stays) return;
   run_.count();
   run_.tell(path, "removed");
+}
+
+bool EraseWalk::readAgain(Level& level) {
+  if (++level.readings >= kMaximumReadings || calls().rewind(level.folder.get()) != 0) return false;
+  level.isRead = false;
+  return true;
 }
 
 // The parent of the folder at work, opened anew when it was closed for the sake of depth. It must

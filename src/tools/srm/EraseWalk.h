@@ -31,6 +31,7 @@ class EraseWalk {
     std::uint64_t inode = 0;
     std::vector<std::string> waiting;  // folders found in it
     bool isRead = false;
+    int readings = 0;  // to the end, and still something was in it
     bool keepsSomething = false;
   };
 
@@ -40,6 +41,7 @@ class EraseWalk {
   void readSome();
   void eraseEntry(int folder, const std::string& name, const std::string& path);
   void leave();
+  static bool readAgain(Level& level);
   bool reopenParent();
   void keep(const std::string& path, const std::string& reason);
   std::string pathOf(const std::string& name) const;

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -89,8 +90,12 @@ bool readOptions(int argc, char** argv, EraserOptions& options, std::string& pro
     if (!take(letter, options, problem)) return false;
   }
   options.paths.assign(argv + optind, argv + argc);
-  if (options.paths.empty()) problem = "no path was given";
-  return !options.paths.empty();
+  if (options.paths.empty()) {
+    problem = "no path was given";
+  } else if (std::find(options.paths.begin(), options.paths.end(), "") != options.paths.end()) {
+    problem = "a path is empty";  // of a script whose variable is not set, say
+  }
+  return problem.empty();
 }
 
 }  // namespace brisko::srm

@@ -25,9 +25,10 @@ void EraserRun::watchSignals() {
   // Without SA_RESTART, so that a slow write or flush notices.
   for (const int signal : {SIGINT, SIGTERM, SIGHUP})
     sigaction(signal, &action, nullptr);
-  // Who reads along may go away; the work does not depend on it.
+  // Who reads along may go away, and who opens a file while it is looked whether anybody has it
+  // open sends a notice; the work depends on neither.
   action.sa_handler = SIG_IGN;
-  for (const int signal : {SIGPIPE, SIGXFSZ})
+  for (const int signal : {SIGPIPE, SIGXFSZ, SIGIO})
     sigaction(signal, &action, nullptr);
 }
 

@@ -56,7 +56,7 @@ FileErasure::FileErasure(EraserRun& run, int folder, std::string name, std::stri
     : run_(run), folder_(folder), name_(std::move(name)), path_(std::move(path)) {}
 
 FileErasure::~FileErasure() {
-  if (modeBefore_) ::fchmod(file_.get(), *modeBefore_);
+  if (modeBefore_) calls().chmod(lifted_.get(), *modeBefore_);
 }
 
 FileErasure::Reason FileErasure::erase(const struct statx& facts) {
@@ -98,16 +98,20 @@ FileErasure::Reason FileErasure::open(const struct statx& facts) {
 
 // Through a descriptor that needs no right to the file. The mode goes back when the file stays.
 bool FileErasure::liftWriteProtection(const struct statx& facts) {
-  const FileDescriptor item(
+  FileDescriptor item(
       openWith(calls(), folder_, name_.c_str(), O_PATH | O_NOFOLLOW, kNoLinksNoMounts));
   struct stat status;
   const bool isLifted =
       run_.options().force && item && ::fstat(item.get(), &status) == 0 && isSame(facts, status) &&
       status.st_uid == ::geteuid() &&
       calls().chmod(item.get(), (status.st_mode & 07777) | S_IRUSR | S_IWUSR) == 0;
-  if (isLifted) modeBefore_ = status.st_mode & 07777;
-  if (!isLifted) errno = EACCES;
-  return isLifted;
+  if (!isLifted) {
+    errno = EACCES;
+    return false;
+  }
+  modeBefore_ = status.st_mode & 07777;
+  lifted_ = std::move(item);
+  return true;
 }
 
 // A lease for reading is granted only while nobody has the file open for writing. Whoever looks

@@ -51,6 +51,7 @@ class FileErasure {
   struct stat status_ {};
   std::uint64_t block_ = 4096;
   std::optional<mode_t> modeBefore_;
+  FileDescriptor lifted_;  ///< with `modeBefore_`: what had that mode
 };
 
 }  // namespace brisko::srm
