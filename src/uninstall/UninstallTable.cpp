@@ -30,8 +30,8 @@ class AppDelegate : public EntryDelegate {
     }
     if (column != Column::appname) return EntryDelegate::paint(painter, option, index);
     painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
     paintRowGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
+    painter->setRenderHint(QPainter::Antialiasing);
     paintName(painter, option.rect, index);
     painter->restore();
   }

@@ -118,8 +118,8 @@ void EntryDelegate::paintText(QPainter* painter, const QRect& rect,
 void paintRowButton(QPainter* painter, const QStyleOptionViewItem& option,
                     const std::string& imageName) {
   painter->save();
-  painter->setRenderHint(QPainter::Antialiasing);
   paintRowGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
+  painter->setRenderHint(QPainter::Antialiasing);  // which would blur the ground's line
   QRectF ground(0, 0, 28, 28);
   ground.moveCenter(QRectF(option.rect).center());
   const bool isHovered = (option.state & QStyle::State_MouseOver) != 0;

@@ -145,6 +145,9 @@ TEST_F(LoginItemsStore, SharedEntriesAreSwitchedForTheUserAlone) {
   EXPECT_FALSE(fs::exists(own("indexer.desktop")));
   EXPECT_EQ(store().setSwitched(all[1], true), LoginItems::noErr);
   EXPECT_EQ(items().size(), 1U) << "switched on it is an item again";
+  EXPECT_EQ(store().setSwitched(all[0], false), LoginItems::noErr);
+  fs::remove(shared);
+  EXPECT_TRUE(store().switchedItems().empty()) << "there is nothing left to switch";
 }
 
 TEST_F(LoginItemsStore, TellsOfChangesByOthersEvenWhereTheFolderIsMadeLater) {

@@ -248,6 +248,8 @@ std::vector<SwitchedLoginItem> LinuxLoginItems::switchedItems() {
     if (!entry || entry->noDisplay || !seen.insert(name).second) return;
     if (isForEveryone && (entry->hidden || !isShownIn(*entry, desktops))) return;
     if (!entry->tryExec.empty() && !AutostartEntry::isProgramThere(entry->tryExec)) return;
+    // One of our own switches whose shared entry is gone switches nothing.
+    if (!isForEveryone && DesktopEntryText(text).isTrue(AutostartEntry::kOverrideKey)) return;
     const std::string own = fileOf(name);
     const bool isOn = !AutostartEntry::isSwitchedOff(isThere(own) ? AutostartEntry::at(own)
                                                                   : DesktopEntryText(text));
