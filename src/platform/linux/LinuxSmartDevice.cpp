@@ -13,7 +13,6 @@
 #include <filesystem>
 
 #include <fcntl.h>
-#include <libudev.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
@@ -26,20 +25,6 @@ constexpr std::uint32_t kSmartFeature = 32;
 // The page in which SCSI drives carry an ATA drive's identity begins it here.
 constexpr std::size_t kIdentityOffset = 60;
 constexpr std::size_t kFeatureSetByte = 164;  // word 82
-
-std::string udevProperty(const std::string& folder, const char* key) {
-  std::string value;
-  udev* context = udev_new();
-  udev_device* device =
-      context != nullptr ? udev_device_new_from_syspath(context, folder.c_str()) : nullptr;
-  if (device != nullptr) {
-    const char* text = udev_device_get_property_value(device, key);
-    if (text != nullptr) value = text;
-    udev_device_unref(device);
-  }
-  if (context != nullptr) udev_unref(context);
-  return value;
-}
 
 bool isNvme(const std::string& name) {
   return name.starts_with("nvme");
