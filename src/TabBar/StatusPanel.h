@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QWidget>
 
 class QLabel;
@@ -19,6 +20,7 @@ class StatusPanel : public QWidget {
 
  public:
   StatusPanel();
+  ~StatusPanel() override;
 
   /// Shows it beside `anchor`, a rectangle on the screen, wholly on that screen.
   void popUp(const QRect& anchor);
@@ -36,6 +38,7 @@ class StatusPanel : public QWidget {
   void addHead(QVBoxLayout* column);
   void addMeters(QVBoxLayout* column);
   void updateSysStat();
+  void showTemperatures();
 
   StatusFeed* feed_;
   QLabel* temperatures_ = nullptr;
@@ -45,6 +48,9 @@ class StatusPanel : public QWidget {
   PanelMeter* sent_ = nullptr;
   VolumeList* volumes_;
   HightActionViewController* switches_;
+  QString toldTemperature_;  ///< of the drive that is looked at, in degrees
+  QElapsedTimer sinceTold_;
+  int token_;
 };
 
 }  // namespace brisko
