@@ -8,6 +8,7 @@
 #include "LocalizedString.h"
 #include "MessagePanel.h"
 #include "ModuleTable.h"
+#include "NTFSWindowController.h"
 #include "SegmentBar.h"
 #include "ShredProgressWindowController.h"
 #include "ui_FileShareController.h"
@@ -102,6 +103,7 @@ void FileShareController::viewDragAction(const std::vector<std::string>& paths) 
       refused << displayText(path) + QStringLiteral("\n    ") + displayText(*reason);
     }
   }
+  if (FileShareModel::isAnyOnNtfs(paths)) NTFSWindowController(getView()).exec();
   if (refused.isEmpty()) return;
   MessagePanel::Content content;
   content.imageName = "ic_warning";

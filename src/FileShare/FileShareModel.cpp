@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <map>
 #include <utility>
 
@@ -68,6 +69,23 @@ std::optional<std::string> FileShareModel::addFileToArr(const std::string& path)
   valueArr_.push_back(item);
   tell(&FileShareModelListener::listChanged);
   return std::nullopt;
+}
+
+bool FileShareModel::isAnyOnNtfs(const std::vector<std::string>& paths) {
+  const auto volumes = Host::current().workspace->mountedVolumes();
+  return std::any_of(paths.begin(), paths.end(), [&](const std::filesystem::path& path) {
+    // A link lies where it is, not where it leads.
+    std::error_code error;
+    const std::string place =
+        std::filesystem::weakly_canonical(path.parent_path(), error) / path.filename();
+    const MountedVolume* holder = nullptr;
+    for (const MountedVolume& volume : volumes) {
+      const bool holds = volume.root == "/" || place == volume.root || isBelow(place, volume.root);
+      if (holds && (holder == nullptr || volume.root.size() > holder->root.size()))
+        holder = &volume;
+    }
+    return holder != nullptr && holder->fileSystemName.find("ntfs") != std::string::npos;
+  });
 }
 
 void FileShareModel::removeFromList(std::size_t row) {

@@ -60,6 +60,8 @@ class FileShareModel : private RemoveFileAndFolderDelegate {
   /// Adds what is at `path`, ticked. Nothing when it is in the list now; else why it is not: it is
   /// not there, or it must never be erased.
   std::optional<std::string> addFileToArr(const std::string& path);
+  /// Whether one of these lies on an NTFS volume, which can often only be read here.
+  static bool isAnyOnNtfs(const std::vector<std::string>& paths);
   /// Takes a row out of the list; nothing on the disk changes.
   void removeFromList(std::size_t row);
   void emptyListButtonAction();
