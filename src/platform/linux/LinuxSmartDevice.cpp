@@ -91,7 +91,6 @@ SmartNode LinuxSmartDevice::describe(const std::string& folder) const {
   disk.identifier = node.name;
   disk.folder = folder;
   describeDrive(disk);
-  node.model = disk.model;
   if (isNvme(node.name)) {
     node.hasSmartCapable = true;
   } else if (const auto features = ataFeatures(folder)) {
@@ -101,13 +100,6 @@ SmartNode LinuxSmartDevice::describe(const std::string& folder) const {
     node.hasSmartCapable = passesCommandsOn(folder);
   }
   return node;
-}
-
-std::vector<SmartNode> LinuxSmartDevice::drives() {
-  std::vector<SmartNode> nodes;
-  for (const LinuxBlockDevice& disk : physicalDisks())
-    nodes.push_back(describe(disk.folder));
-  return nodes;
 }
 
 std::optional<SmartNode> LinuxSmartDevice::nodeWithName(const std::string& name) {
