@@ -5,36 +5,26 @@
 #include "SystemLog.h"
 #include "TCDiskVolums.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <mutex>
-#include <sstream>
 #include <utility>
 
 namespace brisko {
 namespace {
 
-std::mutex complaintMutex;
-std::vector<std::string> complaints;
-
-void takeDown(const std::string& errors) {
-  const std::lock_guard lock(complaintMutex);
-  std::istringstream lines(errors);
-  for (std::string line; std::getline(lines, line);) {
-    const bool isNew = std::find(complaints.begin(), complaints.end(), line) == complaints.end();
-    if (isNew && !line.empty() && complaints.size() < 16) complaints.push_back(line);
-  }
+PropertyList answerTo(const std::string& command, DiskCommandFile file, DiskCommandEnd* end) {
+  const DiskCommandLock lock(file);
+  DiskCommandEnd ended = runDiskCommand(command, file);
+  PropertyList answer = ended.path ? PropertyList::read(*ended.path) : PropertyList();
+  if (end != nullptr) *end = std::move(ended);
+  return answer;
 }
 
-PropertyList answerTo(const std::string& command, DiskCommandFile file) {
-  const DiskCommandLock lock(file);
-  const DiskCommandEnd end = runDiskCommand(command, file);
-  takeDown(end.errors);
-  return end.path ? PropertyList::read(*end.path) : PropertyList();
+void endUnlessItFits(const std::string& command, std::size_t room) {
+  if (!DiskCommandText::fits(command, room)) DiskCommandText::tooLong(command, room);
 }
 
 bool operate(const std::string& command, std::size_t room, DiskCommandEnd* end) {
-  if (!DiskCommandText::fits(command, room)) DiskCommandText::tooLong(command, room);
+  endUnlessItFits(command, room);
   DiskCommandEnd ended = runDiskCommand(command, DiskCommandFile::quarnel);
   const bool wasRun = ended.path.has_value();
   if (!wasRun) SystemLog::line("Error");
@@ -42,30 +32,32 @@ bool operate(const std::string& command, std::size_t room, DiskCommandEnd* end) 
   return wasRun;
 }
 
-}  // namespace
-
-PropertyList DiskAndVolumeInfo::getAllDiskAndVolumes() {
-  return answerTo(DiskCommandText::list(), DiskCommandFile::quarnel);
+PropertyList informationBy(const std::string& command, DiskCommandEnd* end) {
+  endUnlessItFits(command, DiskCommandText::kInfoRoom);
+  return answerTo(command, DiskCommandFile::mainDisk, end);
 }
 
-PropertyList DiskAndVolumeInfo::ZKGetDiskInfo(const char* device) {
-  if (device == nullptr) return {};
-  const std::string command = DiskCommandText::info(device);
-  if (!DiskCommandText::fits(command, DiskCommandText::kInfoRoom)) {
-    // The name came from a listing, not from a person: one bad row must not end the program.
-    SystemLog::line("Too long for a device: {}", device);
-    return {};
-  }
-  return answerTo(command, DiskCommandFile::mainDisk);
+}  // namespace
+
+PropertyList DiskAndVolumeInfo::getAllDiskAndVolumes(DiskCommandEnd* end) {
+  return answerTo(DiskCommandText::list(), DiskCommandFile::quarnel, end);
+}
+
+PropertyList DiskAndVolumeInfo::ZKGetDiskInfo(const char* device, DiskCommandEnd* end) {
+  return device == nullptr ? PropertyList() : informationBy(DiskCommandText::info(device), end);
 }
 
 PropertyList DiskAndVolumeInfo::GetMainDiskInfo(const char* device) {
-  if (device == nullptr) return {};
-  const std::string command = DiskCommandText::infoUnquoted(device);
-  if (!DiskCommandText::fits(command, DiskCommandText::kInfoRoom)) {
-    DiskCommandText::tooLong(command, DiskCommandText::kInfoRoom);
+  return device == nullptr ? PropertyList()
+                           : informationBy(DiskCommandText::infoUnquoted(device), nullptr);
+}
+
+PropertyList DiskAndVolumeInfo::detailsOf(const std::string& device, DiskCommandEnd* end) {
+  if (!DiskCommandText::fits(DiskCommandText::info(device), DiskCommandText::kInfoRoom)) {
+    SystemLog::line("Too long for a device: {}", device);
+    return {};
   }
-  return answerTo(command, DiskCommandFile::mainDisk);
+  return ZKGetDiskInfo(device.c_str(), end);
 }
 
 bool DiskAndVolumeInfo::renameDiskWithGuid(const std::string& uuid, const std::string& newName,
@@ -108,14 +100,6 @@ std::int16_t DiskAndVolumeInfo::getVolumeRefNumWith(const std::string& path) {
   }
   SystemLog::line("The server location is: {}", "file://" + holder->volRootDir);
   return holder->volRefNumber;
-}
-
-std::string DiskAndVolumeInfo::takeComplaints() {
-  const std::lock_guard lock(complaintMutex);
-  std::string text;
-  for (const std::string& line : std::exchange(complaints, {}))
-    text += (text.empty() ? "" : "\n") + line;
-  return text;
 }
 
 }  // namespace brisko

@@ -18,6 +18,10 @@ std::string groupedNumber(std::uint64_t number) {
   return text;
 }
 
+std::string temperatureText(int degrees) {
+  return degrees == 0 ? "Unknow" : fmt::format("{} °C", degrees);
+}
+
 std::string smartExplanation(const CSMARTAttribute& reader, const std::string& device) {
   const int error = reader.error();
   if (reader.state() == CSMARTAttribute::State::noDevice) {
@@ -39,69 +43,71 @@ DiskHealth::DiskHealth(std::function<void()> changed)
   lifetime_->health = this;
   token_ = NSNotificationCenter::defaultCenter().addObserver(CSMARTAttribute::kUpdateTemperature,
                                                              [this](const NSNotification&) {
-                                                               if (state_ == State::shown)
-                                                                 changed_();
+                                                               if (reader_) look();
                                                              });
 }
 
 DiskHealth::~DiskHealth() {
   lifetime_->health = nullptr;
   NSNotificationCenter::defaultCenter().removeObserver(token_);
-  drop();
+  dropLater(std::move(reader_));
 }
 
-void DiskHealth::show(const DiskAndVolumeObj* node) {
-  const std::string device = node != nullptr && node->isDisk ? node->diskId : "";
-  if (device == device_) return;
-  drop();
-  device_ = device;
-  explanation_.clear();
-  if (device.empty()) {
-    state_ = State::hidden;
-  } else if (node->vORpStr == "Virtual") {
-    state_ = State::silent;
-    explanation_ = "A virtual disk has no drive of its own.";
-  } else {
-    state_ = State::reading;
-    start(device);
-  }
+void DiskHealth::show(const DiskNode& node) {
+  const DiskNode disk = node && node->isDisk ? node : nullptr;
+  if (disk == node_) return;
+  const bool isSameName = disk && node_ && disk->diskId == node_->diskId;
+  node_ = disk;
+  const bool hasDrive = disk && disk->vORpStr != "Virtual";
+  if (hasDrive) start();
+  if (hasDrive && isSameName) return;
+  dropLater(std::exchange(reader_, nullptr));
+  state_ = hasDrive ? State::reading : disk ? State::silent : State::hidden;
+  explanation_ = state_ == State::silent ? "A virtual disk has no drive of its own." : "";
   changed_();
 }
 
-void DiskHealth::start(const std::string& device) {
-  Dispatch::global([lifetime = std::weak_ptr(lifetime_), device] {
+void DiskHealth::start() {
+  Dispatch::global([lifetime = std::weak_ptr(lifetime_), node = node_] {
     auto reader = std::make_shared<CSMARTAttribute>();
-    reader->GetSmartAttribute(device);
-    Dispatch::mainAsync([lifetime, device, reader = std::move(reader)]() mutable {
+    reader->GetSmartAttribute(node->diskId);
+    Dispatch::mainAsync([lifetime, node, reader = std::move(reader)]() mutable {
       const auto living = lifetime.lock();
       DiskHealth* health = living ? living->health : nullptr;
-      if (health != nullptr && health->device_ == device) health->take(std::move(reader));
+      if (health != nullptr && health->node_ == node) {
+        health->take(std::move(reader));
+      } else {
+        dropLater(std::move(reader));
+      }
     });
   });
 }
 
 void DiskHealth::take(std::shared_ptr<CSMARTAttribute> reader) {
-  const bool answers = reader->state() == CSMARTAttribute::State::answering;
+  dropLater(std::exchange(reader_, std::move(reader)));
+  look();
+}
+
+// A drive that was silent when it was opened may have answered since.
+void DiskHealth::look() {
+  const bool answers = reader_->state() == CSMARTAttribute::State::answering;
   state_ = answers ? State::shown : State::silent;
+  explanation_.clear();
   if (!answers) {
-    explanation_ = reader->state() == CSMARTAttribute::State::noDevice
+    explanation_ = reader_->state() == CSMARTAttribute::State::noDevice
                        ? "This drive does not report its health."
-                       : smartExplanation(*reader, device_);
+                       : smartExplanation(*reader_, node_->diskId);
   }
-  reader_ = std::move(reader);
   changed_();
 }
 
 // Not here: a reading that is under way would be waited for.
-void DiskHealth::drop() {
-  device_.clear();
-  if (reader_) Dispatch::global([reader = std::move(reader_)] {});
-  reader_.reset();
+void DiskHealth::dropLater(std::shared_ptr<CSMARTAttribute> reader) {
+  if (reader) Dispatch::global([reader = std::move(reader)] {});
 }
 
 std::string DiskHealth::temperature() const {
-  const int degrees = reader_ ? reader_->GetTemperature() : 0;
-  return degrees == 0 ? "Unknow" : fmt::format("{} °C", degrees);
+  return temperatureText(reader_ ? reader_->GetTemperature() : 0);
 }
 
 std::string DiskHealth::powerOnHours() const {

@@ -26,11 +26,12 @@ class DiskHealth {
   DiskHealth(const DiskHealth&) = delete;
   DiskHealth& operator=(const DiskHealth&) = delete;
 
-  /// Shows this disk's health; of a volume, or of nothing (null), none.
-  void show(const DiskAndVolumeObj* node);
+  /// Shows this disk's health; of a volume, or of nothing (null), none. Another node with the same
+  /// identifier may be another disk: the drive is asked anew, and what was shown stays until then.
+  void show(const DiskNode& node);
 
   State state() const { return state_; }
-  std::string temperature() const;  ///< "38 °C"; "Unknow" when the drive gives none
+  std::string temperature() const;
   std::string powerOnHours() const;
   std::string powerCycles() const;
   const std::string& explanation() const { return explanation_; }
@@ -39,14 +40,15 @@ class DiskHealth {
   struct Lifetime {
     DiskHealth* health = nullptr;
   };
-  void start(const std::string& device);
+  void start();
   void take(std::shared_ptr<CSMARTAttribute> reader);
-  void drop();
+  void look();
+  static void dropLater(std::shared_ptr<CSMARTAttribute> reader);
 
   std::function<void()> changed_;
   std::shared_ptr<Lifetime> lifetime_;
   std::shared_ptr<CSMARTAttribute> reader_;
-  std::string device_;
+  DiskNode node_;
   State state_ = State::hidden;
   std::string explanation_;
   int token_ = 0;
@@ -55,7 +57,10 @@ class DiskHealth {
 /// Why a reader has no values, as a sentence for people; `device` is what it was asked for.
 std::string smartExplanation(const CSMARTAttribute& reader, const std::string& device);
 
-/// A byte or hour count with its digits in groups of three.
+/// "38 °C"; "Unknow" for 0, which means that the drive gives none.
+std::string temperatureText(int degrees);
+
+/// A count with its digits in groups of three.
 std::string groupedNumber(std::uint64_t number);
 
 }  // namespace brisko

@@ -2,7 +2,6 @@
 
 #include "CommUti.h"
 #include "DiskAndVolumeInfo.h"
-#include "DiskCommandText.h"
 #include "Dispatch.h"
 #include "Host.h"
 #include "VolumeName.h"
@@ -38,6 +37,10 @@ void DiskModel::inBackground(Work work, Then then) {
   });
 }
 
+void DiskModel::fail(const std::string& what, const DiskCommandEnd& end) {
+  if (listener_ != nullptr) listener_->operationFailed(what, end.errors);
+}
+
 void DiskModel::setBusy(bool isBusy) {
   isCanClick_ = !isBusy;
   tell(&DiskModelListener::busyChanged);
@@ -70,6 +73,11 @@ void DiskModel::getDiskInfo() {
       });
 }
 
+void DiskModel::lookAgain() {
+  isOld_ = isScan_;
+  getDiskInfo();
+}
+
 void DiskModel::takeTree(DiskTree tree, std::vector<MountedVolume> mounted) {
   allDiskArr_ = std::move(tree.disks);
   mounted_ = std::move(mounted);
@@ -81,6 +89,7 @@ void DiskModel::takeTree(DiskTree tree, std::vector<MountedVolume> mounted) {
       chosenIsDisk_ ? diskWithId(allDiskArr_, chosenId_) : volumeWithId(allDiskArr_, chosenId_);
   select(chosen ? std::move(chosen) : std::move(tree.first));
   tell(&DiskModelListener::busyChanged);
+  if (std::exchange(isOld_, false)) getDiskInfo();
 }
 
 // The selection.
@@ -97,7 +106,7 @@ void DiskModel::select(DiskNode node) {
   selectVolumes_ = std::move(node);
   offers_ = selectVolumes_ ? checkNTFS(*selectVolumes_, isSystemVolume(*selectVolumes_), mounted_)
                            : DiskOffers{};
-  health_.show(selectVolumes_.get());
+  health_.show(selectVolumes_);
   tell(&DiskModelListener::selectionChanged);
 }
 
@@ -140,12 +149,10 @@ void DiskModel::renamed(const DiskNode& node, const std::string& name, bool done
   setBusy(false);
   tell(&DiskModelListener::treeChanged);
   select(selectVolumes_);
-  if (end.status == 0) return;
-  if (listener_ != nullptr) {
-    listener_->operationFailed("\"" + before + "\" could not be renamed.", end.errors);
-  }
-  // What it is really called now.
-  getDiskInfo();
+  // What it is really called, where the tool refused or the tree was read before.
+  const bool isShown = end.status == 0 && !isScan_ && selectVolumes_ == node;
+  if (!isShown) lookAgain();
+  if (end.status != 0) fail("\"" + before + "\" could not be renamed.", end);
 }
 
 // Eject.
@@ -153,32 +160,22 @@ void DiskModel::renamed(const DiskNode& node, const std::string& name, bool done
 void DiskModel::EjectVolumes() {
   if (isFormat_ || !isCanClick_ || !selectVolumes_ || !offers_.eject) return;
   setBusy(true);
-  std::vector<DiskNode> nodes = selectVolumes_->chrArr;
-  if (nodes.empty()) nodes.push_back(selectVolumes_);
-  using Ends = std::vector<std::pair<DiskNode, DiskCommandEnd>>;
   inBackground(
-      [nodes] {
-        Ends ends;
-        for (const DiskNode& node : nodes) {
-          DiskCommandEnd end;
-          if (DiskCommandText::fits(DiskCommandText::eject(node->diskId),
-                                    DiskCommandText::kEjectRoom)) {
-            DiskAndVolumeInfo::ejcDiskWithGuid(node->diskId, &end);
-          }
-          ends.emplace_back(node, std::move(end));
-        }
-        return ends;
-      },
-      [](DiskModel& model, const Ends& ends) { model.ejected(ends); });
+      [nodes = DiskEject::nodesOf(selectVolumes_)] { return DiskEject::run(nodes); },
+      [](DiskModel& model, const std::vector<DiskEject::Ended>& ends) { model.ejected(ends); });
 }
 
-void DiskModel::ejected(const std::vector<std::pair<DiskNode, DiskCommandEnd>>& ends) {
+void DiskModel::ejected(const std::vector<DiskEject::Ended>& ends) {
   setBusy(false);
-  for (const auto& [node, end] : ends) {
-    if (end.status == 0 || listener_ == nullptr) continue;
-    listener_->operationFailed("\"" + node->volumeName + "\" could not be ejected.", end.errors);
+  lookAgain();
+  std::string names;
+  DiskCommandEnd reason;
+  for (const DiskEject::Ended& one : ends) {
+    if (one.isOut || one.end.status == 0) continue;
+    names += (names.empty() ? "\"" : ", \"") + one.node->volumeName + "\"";
+    if (reason.errors.empty()) reason = one.end;
   }
-  getDiskInfo();
+  if (!names.empty()) fail(names + " could not be ejected.", reason);
 }
 
 // Format.
@@ -197,24 +194,29 @@ void DiskModel::makeSureToFormatSelectVolumeWithName(const std::string& name,
   FormatPlan plan = DiskFormat::plan(*formatVolume_, name, type);
   if (!DiskFormat::refusal(plan).empty()) return;
   setBusy(true);
-  const auto ended = [plan](DiskModel& model, const DiskCommandEnd& end) {
-    if (model.listener_ != nullptr) model.listener_->formatEnded(plan, end);
-  };
-  if (plan.way == FormatPlan::Way::reformat) {
-    // A task of its own that nobody waits for.
-    Dispatch::global([plan] { DiskFormat::run(plan); });
-    DiskCommandEnd started;
-    started.status = 0;
-    inBackground([started] { return started; }, ended);
-    return;
-  }
   inBackground(
       [plan, volume = formatVolume_] {
-        DiskCommandEnd refused;
-        refused.errors = DiskFormat::changedSince(*volume);
-        return refused.errors.empty() ? DiskFormat::run(plan) : refused;
+        DiskCommandEnd end;
+        end.errors = DiskFormat::changedSince(*volume);
+        if (!end.errors.empty()) return end;
+        if (plan.way != FormatPlan::Way::reformat) return DiskFormat::run(plan);
+        end.status = 0;  // it is about to be started, and nobody waits for it
+        return end;
       },
-      ended);
+      [plan](DiskModel& model, const DiskCommandEnd& end) {
+        if (plan.way == FormatPlan::Way::reformat && end.status == 0) {
+          model.inBackground([plan] { return DiskFormat::run(plan); },
+                             [plan](DiskModel& later, const DiskCommandEnd& reformatted) {
+                               later.reformatEnded(plan, reformatted);
+                             });
+        }
+        if (model.listener_ != nullptr) model.listener_->formatEnded(plan, end);
+      });
+}
+
+void DiskModel::reformatEnded(const FormatPlan& plan, const DiskCommandEnd& end) {
+  lookAgain();
+  if (end.status != 0 && listener_ != nullptr) listener_->reformatFailed(plan, end);
 }
 
 void DiskModel::endFormat() {

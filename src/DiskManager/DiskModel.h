@@ -2,6 +2,7 @@
 
 #include "DiskAndVolumeObj.h"
 #include "DiskDetail.h"
+#include "DiskEject.h"
 #include "DiskFormat.h"
 #include "DiskHealth.h"
 #include "DiskOffers.h"
@@ -25,8 +26,10 @@ class DiskModelListener {
   virtual void busyChanged() {}  ///< isScan, isCanClick, isFormat
   /// The disk tool refused; `what` is a sentence, `reason` its own words, maybe empty.
   virtual void operationFailed(const std::string& /*what*/, const std::string& /*reason*/) {}
-  /// The tool has ended (or, for a detached task, has been started).
+  /// The tool has ended or, for a detached task, has been started.
   virtual void formatEnded(const FormatPlan& /*plan*/, const DiskCommandEnd& /*end*/) {}
+  /// The detached task that `formatEnded` told of has failed.
+  virtual void reformatFailed(const FormatPlan& /*plan*/, const DiskCommandEnd& /*end*/) {}
 };
 
 /// The Disk Manager's page without its widgets: tree, selection, what is offered, and the
@@ -46,10 +49,12 @@ class DiskModel {
 
   /// Looks at everything anew. Ignored while that runs already.
   void getDiskInfo();
+  /// The same after something was done to a disk: while it runs already, once more when it has
+  /// ended, because its answers may be from before.
+  void lookAgain();
   bool isScan() const { return isScan_; }
-  bool wasScanned() const {
-    return wasScanned_;
-  }  ///< at least once, so an empty tree says something
+  /// At least once, so an empty tree says something.
+  bool wasScanned() const { return wasScanned_; }
   const std::vector<DiskNode>& allDiskArr() const { return allDiskArr_; }
   /// What the disk tool complained about, a line each; empty mostly.
   const std::string& complaints() const { return complaints_; }
@@ -103,7 +108,9 @@ class DiskModel {
   void takeTree(DiskTree tree, std::vector<MountedVolume> mounted);
   void select(DiskNode node);
   void renamed(const DiskNode& node, const std::string& name, bool done, const DiskCommandEnd& end);
-  void ejected(const std::vector<std::pair<DiskNode, DiskCommandEnd>>& ends);
+  void ejected(const std::vector<DiskEject::Ended>& ends);
+  void reformatEnded(const FormatPlan& plan, const DiskCommandEnd& end);
+  void fail(const std::string& what, const DiskCommandEnd& end);
   void setBusy(bool isBusy);
   /// Runs `work` in the background, then `then` with its result on the main thread if the model
   /// still lives.
@@ -123,6 +130,7 @@ class DiskModel {
   DiskNode formatVolume_;
   DiskOffers offers_;
   bool isScan_ = false;
+  bool isOld_ = false;  ///< what the running look finds
   bool wasScanned_ = false;
   bool isCanClick_ = true;
   bool isFormat_ = false;

@@ -32,9 +32,13 @@ std::string typeOf(const MountedVolume& volume, const DiskAndVolumeObj& node) {
 
 std::string fileSystemType(const DiskAndVolumeObj& node, const std::string& place,
                            const std::vector<MountedVolume>& mounted) {
-  const auto found = std::find_if(mounted.begin(), mounted.end(), [&](const MountedVolume& volume) {
-    return volume.root == place || volume.root == node.diskMount;
-  });
+  const auto mountedAt = [&](const std::string& root) {
+    return std::find_if(mounted.begin(), mounted.end(),
+                        [&](const MountedVolume& volume) { return volume.root == root; });
+  };
+  // A place of the volume's name may be another volume's that has the same.
+  auto found = mountedAt(node.diskMount);
+  if (found == mounted.end()) found = mountedAt(place);
   if (found == mounted.end()) {
     SystemLog::line("Result:{} Volume: {}, Removable:{}, W:{}, Unmountable:{}, Desc:{}, type:{}", 0,
                     place, 0, 0, 0, "", "");

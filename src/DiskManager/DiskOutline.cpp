@@ -1,7 +1,6 @@
 #include "DiskOutline.h"
 
 #include "DiskTreeModel.h"
-#include "FocusRing.h"
 #include "ImageLookup.h"
 #include "Theme.h"
 
@@ -16,10 +15,6 @@ namespace {
 constexpr int kEjectWidth = 52;
 constexpr int kIndent = 22;
 
-void paintGround(QPainter* painter, const QRect& rect, bool isSelected) {
-  if (isSelected) painter->fillRect(rect, themeColor(Theme::Token::accentSoft));
-}
-
 class DiskDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -32,7 +27,7 @@ class DiskDelegate : public QStyledItemDelegate {
              const QModelIndex& index) const override {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    paintGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
+    paintRowGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
     const std::string image = index.data(DiskTreeModel::ImageRole).toString().toStdString();
     if (index.column() == DiskTreeModel::Name) {
       paintName(painter, option.rect, index, image);
@@ -82,20 +77,13 @@ class DiskDelegate : public QStyledItemDelegate {
 
 }  // namespace
 
-DiskOutline::DiskOutline(QWidget* parent) : QTreeView(parent) {
+DiskOutline::DiskOutline(QWidget* parent) : CheckOutline(parent) {
   setItemDelegate(new DiskDelegate(this));
   setHeaderHidden(true);
-  setUniformRowHeights(true);
+  setTreePosition(DiskTreeModel::Name);
   setIndentation(kIndent);
-  setAnimated(false);
   setMouseTracking(true);
-  setFrameShape(QFrame::NoFrame);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);
-  setSelectionBehavior(QAbstractItemView::SelectRows);
-  setSelectionMode(QAbstractItemView::SingleSelection);
-  setAllColumnsShowFocus(true);
-  setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  connect(this, &CheckOutline::toggleRequested, this, &DiskOutline::EjectVolumes);
 }
 
 void DiskOutline::setTree(DiskTreeModel* tree) {
@@ -107,67 +95,28 @@ void DiskOutline::setTree(DiskTreeModel* tree) {
   header()->resizeSection(DiskTreeModel::Eject, kEjectWidth);
 }
 
-bool DiskOutline::isEjectButton(const QModelIndex& index) const {
-  return index.isValid() && index.column() == DiskTreeModel::Eject &&
+bool DiskOutline::isBox(const QModelIndex& index) const {
+  return index.column() == DiskTreeModel::Eject &&
          !index.data(DiskTreeModel::ImageRole).toString().isEmpty();
 }
 
 void DiskOutline::keyPressEvent(QKeyEvent* event) {
   const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
   if (isLocked_ && !isTab) return;
+  // Too near to what only selects elsewhere.
+  if (event->key() == Qt::Key_Space) return;
   if (event->key() == Qt::Key_E && event->modifiers() == Qt::NoModifier) {
-    const QModelIndex current = currentIndex();
-    if (isEjectButton(current.siblingAtColumn(DiskTreeModel::Eject))) Q_EMIT EjectVolumes();
+    if (isBox(currentIndex().siblingAtColumn(DiskTreeModel::Eject))) Q_EMIT EjectVolumes();
     return;
   }
-  QTreeView::keyPressEvent(event);
+  CheckOutline::keyPressEvent(event);
 }
 
-void DiskOutline::mousePressEvent(QMouseEvent* event) {
-  pressed_ = QModelIndex();
-  if (isLocked_) return;
-  QTreeView::mousePressEvent(event);
-  if (event->button() == Qt::LeftButton) pressed_ = indexAt(event->position().toPoint());
-}
-
-void DiskOutline::mouseReleaseEvent(QMouseEvent* event) {
-  if (isLocked_) return;
-  QTreeView::mouseReleaseEvent(event);
-  const QModelIndex released = indexAt(event->position().toPoint());
-  const bool isButton = released == pressed_ && isEjectButton(released);
-  pressed_ = QModelIndex();
-  if (isButton) Q_EMIT EjectVolumes();
-}
-
-void DiskOutline::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (!isLocked_) QTreeView::mouseDoubleClickEvent(event);
-}
-
-void DiskOutline::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-  QTreeView::currentChanged(current, previous);
-  if (current.isValid()) Q_EMIT rowChosen(current);
-}
-
-void DiskOutline::drawBranches(QPainter* painter, const QRect& rect,
-                               const QModelIndex& index) const {
-  paintGround(painter, rect, selectionModel()->isSelected(index));
-  if (model()->rowCount(index) == 0) return;
-  painter->save();
-  painter->translate(QRectF(rect).center());
-  if (isExpanded(index)) painter->rotate(90);
-  ImageLookup::paint(painter, "ic_chevron", QRectF(-7, -7, 14, 14),
-                     themeColor(Theme::Token::textDimmed));
-  painter->restore();
-}
-
-void DiskOutline::paintEvent(QPaintEvent* event) {
-  QTreeView::paintEvent(event);
-  if (!hasFocus() || !currentIndex().isValid()) return;
-  QPainter painter(viewport());
-  QRect row = visualRect(currentIndex());
-  row.setLeft(0);
-  row.setRight(viewport()->width() - 1);
-  drawFocusRing(&painter, row, 6);
+bool DiskOutline::viewportEvent(QEvent* event) {
+  const bool isClick = event->type() == QEvent::MouseButtonPress ||
+                       event->type() == QEvent::MouseButtonRelease ||
+                       event->type() == QEvent::MouseButtonDblClick;
+  return (isLocked_ && isClick) || CheckOutline::viewportEvent(event);
 }
 
 }  // namespace brisko

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QPersistentModelIndex>
-#include <QTreeView>
+#include "CheckOutline.h"
 
 namespace brisko {
 
 class DiskTreeModel;
 
-/// The outline of disks and volumes, with an eject button in the rows that can be ejected. Left and
-/// right close and open a disk; E ejects the selected row.
-class DiskOutline : public QTreeView {
+/// The outline of disks and volumes. Where others have a box, the rows that can be ejected have an
+/// eject button; E ejects the selected row.
+class DiskOutline : public CheckOutline {
   Q_OBJECT
 
  public:
@@ -22,23 +21,15 @@ class DiskOutline : public QTreeView {
   void setLocked(bool locked) { isLocked_ = locked; }
 
  Q_SIGNALS:
-  void rowChosen(const QModelIndex& index);
   /// The eject button of the row, which is the selected one by now, was pressed.
   void EjectVolumes();
 
  protected:
+  bool isBox(const QModelIndex& index) const override;
   void keyPressEvent(QKeyEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
-  void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
-  void paintEvent(QPaintEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
 
  private:
-  bool isEjectButton(const QModelIndex& index) const;
-
-  QPersistentModelIndex pressed_;
   bool isLocked_ = false;
 };
 

@@ -7,12 +7,15 @@
 #include "SystemLog.h"
 
 #include <algorithm>
+#include <set>
+#include <sstream>
 #include <utility>
 
 namespace brisko {
 namespace {
 
 constexpr const char* kUnknown = "Unknow";
+constexpr std::size_t kMostComplaints = 16;
 
 void setSizes(DiskAndVolumeObj& node, std::uint64_t total, std::uint64_t free) {
   node.nTotalSize = total;
@@ -87,24 +90,38 @@ class TreeBuilder {
       : rules_(rules), cancelled_(cancelled) {}
 
   DiskTree build() {
-    DiskAndVolumeInfo::takeComplaints();
-    const PropertyList listing = DiskAndVolumeInfo::getAllDiskAndVolumes();
+    DiskCommandEnd end;
+    const PropertyList listing = DiskAndVolumeInfo::getAllDiskAndVolumes(&end);
+    takeDown(end.errors);
     const auto& entries = listing["AllDisksAndPartitions"].array();
     for (std::size_t index = 0; index < entries.size() && !isCancelled(); ++index) {
       DiskNode disk = diskOfEntry(entries[index]);
       if (disk && index == 0) tree_.first = disk;
       if (disk) tree_.disks.push_back(std::move(disk));
     }
-    tree_.complaints = DiskAndVolumeInfo::takeComplaints();
     return std::move(tree_);
   }
 
  private:
   bool isCancelled() const { return cancelled_ && cancelled_(); }
 
-  static PropertyList detailsOf(const PropertyList& entry) {
+  // What the tool complains of, each line once, and no more of them than people would read.
+  void takeDown(const std::string& errors) {
+    std::istringstream lines(errors);
+    for (std::string line; std::getline(lines, line);) {
+      const bool isNew = !line.empty() && !complaints_.contains(line);
+      if (!isNew || complaints_.size() >= kMostComplaints) continue;
+      complaints_.insert(line);
+      tree_.complaints += (tree_.complaints.empty() ? "" : "\n") + line;
+    }
+  }
+
+  PropertyList detailsOf(const PropertyList& entry) {
+    DiskCommandEnd end;
     const std::string device = "/dev/" + entry["DeviceIdentifier"].string();
-    return DiskAndVolumeInfo::ZKGetDiskInfo(device.c_str());
+    PropertyList details = DiskAndVolumeInfo::detailsOf(device, &end);
+    takeDown(end.errors);
+    return details;
   }
 
   bool isListed(const std::string& mediaName) const {
@@ -134,7 +151,7 @@ class TreeBuilder {
     return disk;
   }
 
-  void addPartition(DiskAndVolumeObj& disk, const PropertyList& partition) const {
+  void addPartition(DiskAndVolumeObj& disk, const PropertyList& partition) {
     const PropertyList info = detailsOf(partition);
     const bool isSmall = info["TotalSize"].unsignedInteger() < rules_.partitionFloor;
     if (isSmall && !info["Ejectable"].boolean()) return;
@@ -150,7 +167,7 @@ class TreeBuilder {
   }
 
   // Of each container on the physical store `store` the first volume stands for the whole.
-  void addContainerVolumes(const std::string& store, DiskAndVolumeObj& disk) const {
+  void addContainerVolumes(const std::string& store, DiskAndVolumeObj& disk) {
     const PropertyList listing = containers();
     if (rules_.logsContainers) SystemLog::line("APFS-1-----------|{}|", store);
     for (const PropertyList& container : listing["Containers"].array()) {
@@ -162,17 +179,19 @@ class TreeBuilder {
     }
   }
 
-  PropertyList containers() const {
+  PropertyList containers() {
     const DiskCommandLock lock(rules_.containerFile);
     const std::string path = diskCommandFilePath(rules_.containerFile);
     if (path.empty()) return {};
     const auto end = runDiskCommand(DiskCommandText::apfsList(path), rules_.containerFile);
+    takeDown(end.errors);
     return end.path ? PropertyList::read(*end.path) : PropertyList();
   }
 
   const DiskTreeRules& rules_;
   const std::function<bool()>& cancelled_;
   DiskTree tree_;
+  std::set<std::string> complaints_;
 };
 
 }  // namespace

@@ -76,8 +76,8 @@ void DiskViewController::connectControls() {
   ui_->ejectButton->setIcon(ImageLookup::icon("eject"));
   ui_->ejectButton->setIconSize(QSize(18, 18));
   connect(ui_->outline, &DiskOutline::EjectVolumes, this, &DiskViewController::EjectVolumes);
-  connect(ui_->outline, &DiskOutline::rowChosen, this, [this](const QModelIndex& index) {
-    if (!isFillingTree_) model_.shouldSelectItem(tree_->node(index));
+  connect(ui_->outline, &DiskOutline::currentRowChanged, this, [this](const QModelIndex& index) {
+    if (!isFillingTree_ && index.isValid()) model_.shouldSelectItem(tree_->node(index));
   });
 }
 
@@ -95,7 +95,11 @@ void DiskViewController::selectionChanged() {
   isFillingTree_ = true;
   ui_->outline->setCurrentIndex(tree_->indexOf(model_.selectVolumes()));
   isFillingTree_ = false;
-  showRenameView(false);
+  // A mount somewhere looks at everything anew; who is typing a name goes on.
+  const DiskNode& node = model_.selectVolumes();
+  const bool isSame = renaming_ && node && node->diskId == renaming_->diskId &&
+                      node->diskUUID == renaming_->diskUUID && model_.offers().rename;
+  if (!isSame) showRenameView(nullptr);
   setDetailViewValue();
 }
 
@@ -164,16 +168,17 @@ void DiskViewController::operationFailed(const std::string& what, const std::str
 
 // Rename.
 
-void DiskViewController::showRenameView(bool isShown) {
-  ui_->renameView->setVisible(isShown);
-  ui_->titleLabel->setVisible(!isShown);
+void DiskViewController::showRenameView(const DiskNode& node) {
+  renaming_ = node;
+  ui_->renameView->setVisible(node != nullptr);
+  ui_->titleLabel->setVisible(node == nullptr);
   ui_->renameErrorLabel->hide();
 }
 
 void DiskViewController::renamButtonAction() {
   if (model_.isFormat() || !model_.selectVolumes()) return;
   ui_->renameField->setText(QString::fromStdString(model_.selectVolumes()->volumeName));
-  showRenameView(true);
+  showRenameView(model_.selectVolumes());
   ui_->renameField->selectAll();
   ui_->renameField->setFocus();
 }
@@ -188,13 +193,13 @@ void DiskViewController::okButtonAction() {
     return;
   }
   if (model_.rename(name)) {
-    showRenameView(false);
+    showRenameView(nullptr);
     ui_->outline->setFocus();
   }
 }
 
 void DiskViewController::renameCancelButtonAction() {
-  showRenameView(false);
+  showRenameView(nullptr);
   ui_->renameButton->setFocus();
 }
 
@@ -229,11 +234,22 @@ void DiskViewController::makeSureToFormatSelectVolumeWithName(const std::string&
 void DiskViewController::formatEnded(const FormatPlan& plan, const DiskCommandEnd& end) {
   lastPlan_ = plan;
   lastEnd_ = end;
+  isEndDue_ = true;
   if (makeSureFormatVC != nullptr) makeSureFormatVC->closeWindow();
   QTimer::singleShot(kEndPanelDelay, this, &DiskViewController::showFormatEndWindow);
 }
 
+void DiskViewController::reformatFailed(const FormatPlan& plan, const DiskCommandEnd& end) {
+  lastEnd_ = end;
+  if (formatEndVC != nullptr) {
+    formatEndVC->showEnd(plan, end);
+  } else if (!isEndDue_) {
+    operationFailed("\"" + plan.name + "\" could not be formatted.", end.errors);
+  }
+}
+
 void DiskViewController::showFormatEndWindow() {
+  isEndDue_ = false;
   formatEndPanel_ = std::make_unique<FormatPanelWindow>(getView());
   formatEndVC = new FormatEndViewController;
   formatEndPanel_->host(formatEndVC);
@@ -243,7 +259,7 @@ void DiskViewController::showFormatEndWindow() {
   formatEndVC = nullptr;
   formatEndPanel_.release()->deleteLater();
   // A volume that was not mounted before and is not now gives no notice of its own.
-  getDiskInfo();
+  model_.lookAgain();
 }
 
 }  // namespace brisko

@@ -60,10 +60,11 @@ class DiskViewController : public PageController, private DiskModelListener {
   void busyChanged() override;
   void operationFailed(const std::string& what, const std::string& reason) override;
   void formatEnded(const FormatPlan& plan, const DiskCommandEnd& end) override;
+  void reformatFailed(const FormatPlan& plan, const DiskCommandEnd& end) override;
 
   void connectControls();
   void watchVolumes();
-  void showRenameView(bool isShown);
+  void showRenameView(const DiskNode& node);
   void showContent();
 
   DiskModel model_;
@@ -77,6 +78,8 @@ class DiskViewController : public PageController, private DiskModelListener {
   FormatEndViewController* formatEndVC = nullptr;            ///< in formatEndPanel_
   FormatPlan lastPlan_;
   DiskCommandEnd lastEnd_;
+  DiskNode renaming_;      ///< null while the rename view is hidden
+  bool isEndDue_ = false;  ///< the completion panel comes in a moment
   bool isFillingTree_ = false;
 };
 

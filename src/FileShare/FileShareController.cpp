@@ -8,6 +8,7 @@
 #include "LocalizedString.h"
 #include "MessagePanel.h"
 #include "ModuleTable.h"
+#include "NTFSWindowController.h"
 #include "SegmentBar.h"
 #include "ShredProgressWindowController.h"
 #include "ui_FileShareController.h"
@@ -103,6 +104,7 @@ void FileShareController::viewDragAction(const std::vector<std::string>& paths) 
   QStringList refused;
   for (const auto& [path, reason] : model_.addFileToArr(paths))
     refused << displayText(path) + QStringLiteral("\n    ") + displayText(reason);
+  if (FileShareModel::isAnyOnNtfs(paths)) NTFSWindowController(getView()).exec();
   if (refused.isEmpty()) return;
   MessagePanel::Content content;
   content.imageName = "ic_warning";

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <iterator>
 #include <map>
 #include <unordered_set>
@@ -82,6 +83,23 @@ std::vector<FileShareRefusal> FileShareModel::addFileToArr(const std::vector<std
   std::erase_if(deleteErrorArr_, [&](const auto& item) { return listed.contains(item->url); });
   tell(&FileShareModelListener::listChanged);
   return refused;
+}
+
+bool FileShareModel::isAnyOnNtfs(const std::vector<std::string>& paths) {
+  const auto volumes = Host::current().workspace->mountedVolumes();
+  return std::any_of(paths.begin(), paths.end(), [&](const std::filesystem::path& path) {
+    // A link lies where it is, not where it leads.
+    std::error_code error;
+    const std::string place =
+        std::filesystem::weakly_canonical(path.parent_path(), error) / path.filename();
+    const MountedVolume* holder = nullptr;
+    for (const MountedVolume& volume : volumes) {
+      const bool holds = volume.root == "/" || place == volume.root || isBelow(place, volume.root);
+      if (holds && (holder == nullptr || volume.root.size() > holder->root.size()))
+        holder = &volume;
+    }
+    return holder != nullptr && holder->fileSystemName.find("ntfs") != std::string::npos;
+  });
 }
 
 void FileShareModel::removeFromList(std::size_t row) {

@@ -66,6 +66,8 @@ class FileShareModel : private RemoveFileAndFolderDelegate {
   /// Adds what is at the paths, ticked, each item once. Gives back what was not added and why: it
   /// is not there, or must never be erased.
   std::vector<FileShareRefusal> addFileToArr(const std::vector<std::string>& paths);
+  /// Whether one of these lies on an NTFS volume, which can often only be read here.
+  static bool isAnyOnNtfs(const std::vector<std::string>& paths);
   /// Takes a row out of the list; nothing on the disk changes.
   void removeFromList(std::size_t row);
   void emptyListButtonAction();

@@ -1,9 +1,11 @@
 #include "StatusPanel.h"
 
+#include "CSMARTAttribute.h"
 #include "HightActionViewController.h"
 #include "ImageView.h"
 #include "LocalizedString.h"
 #include "MessagePanel.h"
+#include "NSNotificationCenter.h"
 #include "PanelMeter.h"
 #include "StatusFeed.h"
 #include "SystemTexts.h"
@@ -24,6 +26,12 @@
 #include <algorithm>
 
 namespace brisko {
+namespace {
+
+// A drive that is looked at tells once in a minute.
+constexpr qint64 kTemperatureAge = 150'000;  // milliseconds
+
+}  // namespace
 
 StatusPanel::StatusPanel()
     : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint),
@@ -50,6 +58,16 @@ StatusPanel::StatusPanel()
   });
   column->addWidget(open);
   connect(feed_, &StatusFeed::sampled, this, &StatusPanel::updateSysStat);
+  token_ = NSNotificationCenter::defaultCenter().addObserver(
+      CSMARTAttribute::kUpdateTemperature, [this](const NSNotification& notice) {
+        toldTemperature_ = QString::fromStdString(notice.object);
+        sinceTold_.start();
+        showTemperatures();
+      });
+}
+
+StatusPanel::~StatusPanel() {
+  NSNotificationCenter::defaultCenter().removeObserver(token_);
 }
 
 void StatusPanel::addHead(QVBoxLayout* column) {
@@ -107,14 +125,25 @@ void StatusPanel::updateSysStat() {
   received_->chart()->setValues(0, history.networkReceived.values());
   sent_->setValue(shown(SystemTexts::rate(now.network.out)));
   sent_->chart()->setValues(0, history.networkSent.values());
+  showTemperatures();
+}
 
+// Not every drive has a sensor that the system reads; the drive that is looked at tells its own.
+void StatusPanel::showTemperatures() {
   QStringList texts;
-  const auto add = [&](const char* format, Temperature::Kind kind) {
-    if (const auto celsius = SystemTexts::hottest(now, kind))
-      texts << filledIn(getLocalizedString(format), shown(SystemTexts::degrees(*celsius)));
+  const auto add = [&](const char* format, const QString& text) {
+    texts << filledIn(getLocalizedString(format), text);
   };
-  add("Processor %@", Temperature::Kind::processor);
-  add("Drive %@", Temperature::Kind::drive);
+  const auto hottest = [this](Temperature::Kind kind) {
+    const auto celsius = SystemTexts::hottest(feed_->history().latest(), kind);
+    return celsius ? QString::fromStdString(SystemTexts::degrees(*celsius)) : QString();
+  };
+  const QString processor = hottest(Temperature::Kind::processor);
+  QString drive = hottest(Temperature::Kind::drive);
+  if (drive.isEmpty() && sinceTold_.isValid() && !sinceTold_.hasExpired(kTemperatureAge))
+    drive = toldTemperature_ + QStringLiteral(" °C");
+  if (!processor.isEmpty()) add("Processor %@", processor);
+  if (!drive.isEmpty()) add("Drive %@", drive);
   temperatures_->setText(texts.join(QStringLiteral(" · ")));
 }
 

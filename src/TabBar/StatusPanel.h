@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QRect>
 #include <QWidget>
 
@@ -20,6 +21,7 @@ class StatusPanel : public QWidget {
 
  public:
   StatusPanel();
+  ~StatusPanel() override;
 
   /// Shows it beside `anchor`, a rectangle on the screen, wholly on that screen. It stays there
   /// when its content grows. A press on `anchor` meanwhile closes it and is nothing else.
@@ -42,6 +44,7 @@ class StatusPanel : public QWidget {
   void updateSysStat();
   QRect screenArea() const;
   void place();
+  void showTemperatures();
 
   QRect anchor_;
   StatusFeed* feed_;
@@ -52,6 +55,9 @@ class StatusPanel : public QWidget {
   PanelMeter* sent_ = nullptr;
   VolumeList* volumes_;
   HightActionViewController* switches_;
+  QString toldTemperature_;  ///< of the drive that is looked at, in degrees
+  QElapsedTimer sinceTold_;
+  int token_;
 };
 
 }  // namespace brisko

@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace brisko {
 
@@ -24,7 +23,6 @@ struct SmartHealth {
 struct SmartNode {
   std::string path;  ///< its place in the registry, as `SmartDevice::nodeAtPath` takes it
   std::string name;  ///< the kernel's device identifier ("sda"); empty above the disks
-  std::string model;
   bool hasSmartCapable = false;          ///< carries the property "SMART Capable"
   bool isATABlockStorageDevice = false;  ///< conforms to "IOATABlockStorageDevice"
   std::uint32_t ataFeatures = 0;         ///< "ATA Features"; the bit of value 32: S.M.A.R.T.
@@ -42,8 +40,6 @@ class SmartInterface {
 
   /// Turns S.M.A.R.T. operations on.
   virtual int enable() = 0;
-  /// The answer to IDENTIFY DEVICE, 256 little-endian words.
-  virtual int readIdentify(SmartSector& sector) = 0;
   virtual int readData(SmartSector& sector) = 0;
   virtual int readThresholds(SmartSector& sector) = 0;
   virtual int readHealth(SmartHealth& health) = 0;
@@ -54,11 +50,8 @@ class SmartDevice {
  public:
   virtual ~SmartDevice() = default;
 
-  /// Whole disks that a user would call a drive, in the order in which the host lists its disks.
-  virtual std::vector<SmartNode> drives() = 0;
-
-  /// The object with this device identifier. "disk0", "disk1" … name the drives by their place in
-  /// that order on hosts that call them otherwise.
+  /// The object with this device identifier. "disk0", "disk1" … name the whole disks that a user
+  /// would call a drive, by their place in the host's list, on hosts that call them otherwise.
   virtual std::optional<SmartNode> nodeWithName(const std::string& name) = 0;
   /// The object at a path of the registry, or of the device node ("/dev/sda1").
   virtual std::optional<SmartNode> nodeAtPath(const std::string& path) = 0;

@@ -3,7 +3,9 @@
 #include "DiskAndVolumeInfo.h"
 #include "DiskCommandText.h"
 #include "DiskDetail.h"
+#include "DiskEject.h"
 #include "DiskFormat.h"
+#include "DiskState.h"
 #include "DisksReport.h"
 #include "Interruption.h"
 #include "Output.h"
@@ -22,27 +24,6 @@
 #include <strings.h>
 
 namespace brisko {
-
-/// What is there to see of a device from outside.
-struct DiskState {
-  bool isThere = false;
-  std::string name;
-  std::string type;
-  std::string uuid;
-  std::string mount;
-
-  static DiskState of(const std::string& id) {
-    const PropertyList info = DiskAndVolumeInfo::ZKGetDiskInfo(("/dev/" + id).c_str());
-    DiskState state;
-    state.isThere = info.isDictionary() && !info["DeviceIdentifier"].string().empty();
-    state.name = info["VolumeName"].string();
-    state.type = info["FilesystemName"].string();
-    state.uuid = info["VolumeUUID"].string();
-    state.mount = info["MountPoint"].string();
-    return state;
-  }
-  friend bool operator==(const DiskState&, const DiskState&) = default;
-};
 
 namespace {
 
@@ -76,7 +57,7 @@ class Outcome {
     setPath(json_, "reason", reason.empty() ? text : reason);
     writeError(reason.empty() ? text : text + ": " + reason);
     if (isJson_) write("");
-    return kNotDone;
+    return Interruption::happened() ? kInterrupted : kNotDone;
   }
 
  private:
@@ -96,6 +77,12 @@ std::string reasonOf(const DiskCommandEnd& end) {
                             : fmt::format("diskutil ended with {}", end.status);
   }
   return reason;
+}
+
+// A device that the tool does not answer for any more.
+std::string notKnown(const DiskState& after, const std::string& name, const char* what) {
+  return after.isGone ? name + " is gone"
+                      : fmt::format("whether {} was {} is not known", name, what);
 }
 
 int notOffered(const char* what, const DiskAndVolumeObj& node) {
@@ -130,6 +117,7 @@ int DiskCommand::execute(const GlobalOptions& global) {
     }
   }
   const DiskListing listing = DiskListing::take();
+  if (Interruption::happened()) return kInterrupted;
   const DiskNode node = listing.nodeNamed(id_, true);
   if (!node) return kNotDone;
   if (rename_->parsed()) return rename(listing, node, global);
@@ -148,19 +136,20 @@ int DiskCommand::rename(const DiskListing& listing, const DiskNode& node,
   Outcome outcome("rename", *node, global.json);
   outcome.set("newName", given);
   if (global.dryRun) return outcome.planned({DiskCommandText::rename(node->diskUUID, given)});
-  const DiskState before = DiskState::of(node->diskId);
+  const DiskState before = DiskState::of(node->volRootDir);
   DiskCommandEnd end;
   DiskAndVolumeInfo::renameDiskWithGuid(node->diskUUID, given, &end);
-  const DiskState after = DiskState::of(node->diskId);
+  const DiskState after = DiskState::of(node->volRootDir);
   if (after.name == given) {
     return outcome.done(fmt::format("\"{}\" is now called \"{}\".",
                                     escapedForDisplay(node->volumeName), escapedForDisplay(given)));
   }
-  const std::string text =
-      after.name == before.name
-          ? fmt::format("\"{}\" was not renamed", node->volumeName)
-          : fmt::format("\"{}\" is now called \"{}\"", node->volumeName, after.name);
-  return outcome.failed(text, reasonOf(end));
+  const std::string name = "\"" + node->volumeName + "\"";
+  if (!after.isThere) return outcome.failed(notKnown(after, name, "renamed"), reasonOf(end));
+  return outcome.failed(after.name == before.name
+                            ? name + " was not renamed"
+                            : fmt::format("{} is now called \"{}\"", name, after.name),
+                        reasonOf(end));
 }
 
 FormatPlan DiskCommand::formatPlan(const DiskAndVolumeObj& node) const {
@@ -202,30 +191,26 @@ int DiskCommand::format(const DiskListing& listing, const DiskNode& node,
   outcome.set("type", plan.type);
   outcome.set("newName", plan.name);
   if (global.dryRun) return outcome.planned({plan.command});
+  const std::string name = "\"" + node->volumeName + "\"";
   if (!userConfirmsFormat(*node, plan, global)) {
     if (Interruption::happened()) return kInterrupted;
-    return outcome.failed(fmt::format("\"{}\" was not formatted", node->volumeName),
-                          "it was not confirmed by its name");
+    return outcome.failed(name + " was not formatted", "it was not confirmed by its name");
   }
-  if (const std::string changed = DiskFormat::changedSince(*node);
-      plan.way != FormatPlan::Way::reformat && !changed.empty()) {
-    return outcome.failed(fmt::format("\"{}\" was not formatted", node->volumeName), changed);
+  if (const std::string changed = DiskFormat::changedSince(*node); !changed.empty()) {
+    return outcome.failed(name + " was not formatted", changed);
   }
-  const DiskState before = DiskState::of(node->diskId);
+  const DiskState before = DiskState::of(node->volRootDir);
   ProgressLine progress;
   progress.show("Formatting", node->volRootDir);
   const DiskCommandEnd end = DiskFormat::run(plan);
   progress.clear();
-  const DiskState after = DiskState::of(node->diskId);
-  const std::string name = node->volumeName;
-  if (!after.isThere) {
-    return outcome.failed(fmt::format("\"{}\" is gone", name), reasonOf(end));
-  }
+  const DiskState after = DiskState::of(node->volRootDir);
+  if (!after.isThere) return outcome.failed(notKnown(after, name, "formatted"), reasonOf(end));
   if (after.type == before.type && after.uuid == before.uuid && after.name == before.name) {
-    return outcome.failed(fmt::format("\"{}\" was not formatted", name), reasonOf(end));
+    return outcome.failed(name + " was not formatted", reasonOf(end));
   }
   if (end.status != 0) {
-    return outcome.failed(fmt::format("formatting \"{}\" did not end well", name), reasonOf(end));
+    return outcome.failed("formatting " + name + " did not end well", reasonOf(end));
   }
   return outcome.done(fmt::format("Formatted. {} is now {}, named \"{}\".", node->diskId,
                                   after.type, escapedForDisplay(after.name)));
@@ -234,27 +219,18 @@ int DiskCommand::format(const DiskListing& listing, const DiskNode& node,
 int DiskCommand::eject(const DiskListing& listing, const DiskNode& node,
                        const GlobalOptions& global) const {
   if (!listing.offersFor(*node).eject) return notOffered("ejected", *node);
-  std::vector<DiskNode> nodes = node->chrArr;
-  if (nodes.empty()) nodes.push_back(node);
+  const std::vector<DiskNode> nodes = DiskEject::nodesOf(node);
   Outcome outcome("eject", *node, global.json);
   std::vector<std::string> commands;
   for (const DiskNode& one : nodes) {
+    if (!DiskEject::fits(*one)) return notOffered("ejected", *one);
     commands.push_back(DiskCommandText::eject(one->diskId));
-    if (!DiskCommandText::fits(commands.back(), DiskCommandText::kEjectRoom)) {
-      return notOffered("ejected", *one);
-    }
   }
   if (global.dryRun) return outcome.planned(commands);
-  for (const DiskNode& one : nodes) {
-    const DiskState before = DiskState::of(one->diskId);
-    DiskCommandEnd end;
-    // The first of several volumes may take the whole disk with it.
-    if (before.isThere) DiskAndVolumeInfo::ejcDiskWithGuid(one->diskId, &end);
-    const DiskState after = DiskState::of(one->diskId);
-    const bool isOut = !after.isThere || (!before.mount.empty() && after.mount.empty());
-    if (!isOut) {
-      return outcome.failed(fmt::format("\"{}\" was not ejected", one->volumeName), reasonOf(end));
-    }
+  for (const DiskEject::Ended& one : DiskEject::run(nodes)) {
+    if (one.isOut) continue;
+    return outcome.failed(fmt::format("\"{}\" was not ejected", one.node->volumeName),
+                          reasonOf(one.end));
   }
   return outcome.done(fmt::format("\"{}\" can be taken out.", escapedForDisplay(node->volumeName)));
 }

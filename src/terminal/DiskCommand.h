@@ -9,7 +9,6 @@ namespace brisko {
 
 struct DiskCommandEnd;
 struct DiskListing;
-struct DiskState;
 struct FormatPlan;
 
 /// "brisko disk": renames, formats and ejects, where the window offers that too. Afterwards it

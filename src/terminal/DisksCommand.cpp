@@ -18,6 +18,7 @@ int DisksCommand::execute(const GlobalOptions& global) {
   const DiskListing listing = DiskListing::take();
   if (Interruption::happened()) return kInterrupted;
   if (id_.empty()) {
+    listing.writeComplaints();
     const bool written =
         writeOut(global.json ? documentText(disksDocument(listing)) : disksText(listing));
     return written ? kDone : kNotDone;

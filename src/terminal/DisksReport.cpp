@@ -2,6 +2,7 @@
 
 #include "DiskDetail.h"
 #include "Host.h"
+#include "Interruption.h"
 #include "Output.h"
 #include "SystemLog.h"
 
@@ -108,18 +109,24 @@ std::string nodeText(const DiskListing& listing, const DiskAndVolumeObj& node) {
 
 DiskListing DiskListing::take() {
   DiskListing listing;
-  listing.tree = buildDiskTree(DiskTreeRules::forDiskManager());
+  listing.tree = buildDiskTree(DiskTreeRules::forDiskManager(), Interruption::happened);
+  if (Interruption::happened()) return listing;
   listing.mounted = Host::current().workspace->mountedVolumes();
-  std::istringstream lines(listing.tree.complaints);
+  return listing;
+}
+
+void DiskListing::writeComplaints() const {
+  std::istringstream lines(tree.complaints);
   for (std::string line; std::getline(lines, line);)
     writeError(line);
-  return listing;
 }
 
 DiskNode DiskListing::nodeNamed(const std::string& id, bool prefersVolume) const {
   DiskNode node = prefersVolume ? volumeWithId(tree.disks, id) : diskWithId(tree.disks, id);
   if (!node) node = prefersVolume ? diskWithId(tree.disks, id) : volumeWithId(tree.disks, id);
-  if (!node) {
+  if (!node && tree.disks.empty() && !tree.complaints.empty()) {
+    writeError(tree.complaints.substr(0, tree.complaints.find('\n')));
+  } else if (!node) {
     writeError(fmt::format("no disk or volume \"{}\"; \"brisko disks\" lists them", id));
   }
   return node;

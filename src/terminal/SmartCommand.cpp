@@ -44,11 +44,10 @@ int show(const CSMARTAttribute& reader, bool isJson) {
                            {"u64PowerCycleCount", reader.GetPowerCycleCount()}};
     return writeOut(documentText(document)) ? kDone : kNotDone;
   }
-  const int degrees = reader.GetTemperature();
-  const std::string temperature = degrees == 0 ? "Unknow" : fmt::format("{} °C", degrees);
-  const std::string text = fmt::format(
-      "Temperature:     {}\nPower-on hours:  {}\nPower cycles:    {}\n", temperature,
-      groupedNumber(reader.GetPowerOnHour()), groupedNumber(reader.GetPowerCycleCount()));
+  const std::string text =
+      fmt::format("Temperature:     {}\nPower-on hours:  {}\nPower cycles:    {}\n",
+                  temperatureText(reader.GetTemperature()), groupedNumber(reader.GetPowerOnHour()),
+                  groupedNumber(reader.GetPowerCycleCount()));
   return writeOut(text) ? kDone : kNotDone;
 }
 

@@ -12,7 +12,6 @@ namespace {
 
 constexpr int kTagHeight = 18;
 constexpr int kLeastName = 64;  // below it a tag would only be in the way
-constexpr int kBoxColumn = 0;
 
 }  // namespace
 
@@ -86,15 +85,15 @@ void CheckOutline::mousePressEvent(QMouseEvent* event) {
 void CheckOutline::mouseReleaseEvent(QMouseEvent* event) {
   QTreeView::mouseReleaseEvent(event);
   const QModelIndex released = indexAt(event->position().toPoint());
-  const bool isBox = released.isValid() && released == pressed_ && released.column() == 0;
+  const bool isClick = released.isValid() && released == pressed_ && isBox(released);
   pressed_ = QModelIndex();
-  if (isBox) Q_EMIT toggleRequested(released);
+  if (isClick) Q_EMIT toggleRequested(released);
 }
 
 // The second click of two on a box is a click like the first; elsewhere it opens a group.
 void CheckOutline::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
-  if (index.isValid() && index.column() == kBoxColumn) {
+  if (index.isValid() && isBox(index)) {
     mousePressEvent(event);
   } else if (index.isValid() && event->button() == Qt::LeftButton) {
     openRow(index.siblingAtColumn(0));

@@ -24,6 +24,9 @@ class CheckOutline : public QTreeView {
   void currentRowChanged(const QModelIndex& index);
 
  protected:
+  /// Whether a click on this valid cell asks for a toggle.
+  virtual bool isBox(const QModelIndex& index) const { return index.column() == 0; }
+
   /// Return or a double click on the row, given by its first column: opens or closes it.
   virtual void openRow(const QModelIndex& row);
 

@@ -20,15 +20,6 @@ using testing::IsEmpty;
 using DiskCommandTest = DiskTest;
 using DiskCommandDeathTest = DiskTest;
 
-TEST(DiskCommandTextTest, plainTextsStandAsTheyAre) {
-  EXPECT_EQ(DiskCommandText::info("/dev/disk0s2"), "diskutil info -plist \"/dev/disk0s2\"");
-  EXPECT_EQ(DiskCommandText::infoUnquoted("/dev/disk0"), "diskutil info -plist /dev/disk0");
-  EXPECT_EQ(DiskCommandText::rename("AB-1", "My Disk"), "diskutil rename AB-1 \"My Disk\"");
-  EXPECT_EQ(DiskCommandText::eject("disk2"), "diskutil eject /dev/disk2");
-  EXPECT_EQ(DiskCommandText::eraseVolume("MS-DOS FAT32", "NEW", "/dev/sdb1"),
-            "diskutil eraseVolume \"MS-DOS FAT32\" \"NEW\" \"/dev/sdb1\"");
-}
-
 TEST(DiskCommandTextTest, aNameFitsToTheLastCharacter) {
   const std::string head = "diskutil rename U \"\"";
   const std::string longest(127 - head.size(), 'x');
@@ -98,8 +89,27 @@ TEST_F(DiskCommandTest, runnersReturnTheirFileWhateverCameOfIt) {
   EXPECT_EQ(status.st_mode & 0777, 0700U);
 }
 
+TEST_F(DiskCommandTest, volumesAreFoundByWhatLiesOnThemAndEjectedByTheirNumber) {
+  mount("Outer");
+  mount("Outer/Inner");
+  workspace->volumes[1].device = "/dev/sdb1";
+  const std::string outer = root / "Volumes/Outer";
+  EXPECT_EQ(DiskAndVolumeInfo::getVolumeRefNumWith(outer + "/file"), 1);
+  EXPECT_EQ(DiskAndVolumeInfo::getVolumeRefNumWith(outer + "/Inner/file"), 2);
+  EXPECT_TRUE(host.logged("The server location is: file://" + outer + "/Inner"));
+  EXPECT_EQ(DiskAndVolumeInfo::getVolumeRefNumWith(outer + "side"), 0);
+  EXPECT_TRUE(host.logged("An error occurred: 2"));
+  EXPECT_TRUE(DiskAndVolumeInfo::ejcDiskWithGuidNum(2));
+  EXPECT_THAT(disks.calls(), ElementsAre("<eject></dev/sdb1>"));
+  disks.setAction("eject", "exit 1");
+  EXPECT_FALSE(DiskAndVolumeInfo::ejcDiskWithGuidNum(2));
+  EXPECT_FALSE(DiskAndVolumeInfo::ejcDiskWithGuidNum(3));
+}
+
 TEST_F(DiskCommandDeathTest, aCommandThatDoesNotFitIsNeverRun) {
   const std::string name(200, 'x');
+  EXPECT_DEATH(DiskAndVolumeInfo::ZKGetDiskInfo(name.c_str()), "");
+  EXPECT_TRUE(DiskAndVolumeInfo::detailsOf(name)["MediaName"].string().empty());
   EXPECT_DEATH(DiskAndVolumeInfo::renameDiskWithGuid("U", name), "");
   EXPECT_DEATH(DiskAndVolumeInfo::ejcDiskWithGuid(name), "");
   EXPECT_DEATH(DiskAndVolumeInfo::GetMainDiskInfo(name.c_str()), "");
@@ -124,6 +134,12 @@ TEST_F(DiskCommandTest, whatAFormatDoesGoesByTheCurrentType) {
   EXPECT_EQ(ntfs.command, "diskutil eraseVolume \"MS-DOS FAT32\" NEW \"/dev/sdb1\"");
   const auto apfs = DiskFormat::plan(volumeOfType("APFS"), "Mine", "ExFAT");
   EXPECT_EQ(apfs.command, "/usr/sbin/diskutil reformat /dev/sdb1");
+  // The panel before it starts with what will be made.
+  EXPECT_FALSE(DiskFormat::question("A", "ExFAT").typeIsFixed);
+  EXPECT_TRUE(DiskFormat::question("A", "APFS").typeIsFixed);
+  EXPECT_EQ(DiskFormat::question("A 'b'", "ntfs3").type, "MS-DOS FAT32");
+  EXPECT_EQ(DiskFormat::question("A 'b'", "ntfs3").text,
+            "All data on 'A 'b'' will be deleted after format, do you want to format it?");
   EXPECT_EQ(DiskFormat::run(apfs).status, 0);
   EXPECT_EQ(DiskFormat::run(ntfs).status, 0);
   EXPECT_THAT(disks.calls(),
@@ -132,18 +148,6 @@ TEST_F(DiskCommandTest, whatAFormatDoesGoesByTheCurrentType) {
   const auto tooLong = DiskFormat::plan(volumeOfType("ExFAT"), std::string(90, 'x'), "ExFAT");
   EXPECT_EQ(DiskFormat::refusal(tooLong),
             "The name is too long: it has 90 characters, and 84 fit.");
-}
-
-TEST_F(DiskCommandTest, theConfirmationPanelStartsWithTheCurrentType) {
-  const FormatQuestion exfat = DiskFormat::question("A 'b'", "ExFAT");
-  EXPECT_EQ(exfat.title, "Format 'A 'b''?");
-  EXPECT_EQ(exfat.text,
-            "All data on 'A 'b'' will be deleted after format, do you want to format it?");
-  EXPECT_FALSE(exfat.typeIsFixed);
-  EXPECT_TRUE(DiskFormat::question("A", "APFS").typeIsFixed);
-  EXPECT_EQ(DiskFormat::question("A", "APFS").type, "APFS");
-  EXPECT_TRUE(DiskFormat::question("A", "ntfs3").typeIsFixed);
-  EXPECT_EQ(DiskFormat::question("A", "ntfs3").type, "MS-DOS FAT32");
 }
 
 TEST_F(DiskCommandTest, operationsAreOfferedOnlyWhereTheyAreSafe) {

@@ -24,6 +24,7 @@ struct Listener : DiskModelListener {
     ++formats;
     end = given;
   }
+  void reformatFailed(const FormatPlan&, const DiskCommandEnd& given) override { end = given; }
 };
 
 class DiskModelTest : public DiskTest {
@@ -49,6 +50,22 @@ class DiskModelTest : public DiskTest {
   void scan() {
     model.getDiskInfo();
     settle();
+  }
+  /// The stick's first volume, selected and about to be formatted, as one of this type.
+  PropertyList::Dictionary ask(const char* type) {
+    auto asked = MadeDisks::volume("Stick", 4 * kGiB);
+    asked["FilesystemName"] = type;
+    disks.setDetails("disk1s1", asked);
+    scan();
+    model.shouldSelectItem(node("disk1s1"));
+    EXPECT_TRUE(model.beginFormat());
+    listener.formats = 0;
+    return asked;
+  }
+  void format(const char* name, const char* type) {
+    model.makeSureToFormatSelectVolumeWithName(name, type);
+    EXPECT_FALSE(model.isCanClick());
+    Dispatch::runUntil([this] { return listener.formats == 1; });
   }
   void settle() {
     Dispatch::runUntil([this] { return !model.isScan() && model.isCanClick(); });
@@ -97,6 +114,7 @@ TEST_F(DiskModelTest, aRenameLocksTheSelectionAndShowsTheNewName) {
   EXPECT_FALSE(model.rename(" "));
   EXPECT_FALSE(model.rename(std::string(200, 'x')));
   EXPECT_THAT(model.renameRefusal(std::string(200, 'x')), HasSubstr("200 characters, and 99 fit"));
+  mount("Other");  // the folder takes the new name too
   EXPECT_TRUE(model.rename("Other"));
   EXPECT_FALSE(model.shouldSelectItem(node("disk0")));
   EXPECT_FALSE(model.isCanClick());
@@ -104,45 +122,55 @@ TEST_F(DiskModelTest, aRenameLocksTheSelectionAndShowsTheNewName) {
   EXPECT_THAT(disks.calls(), Contains("<rename><1234-ABCD><Other>"));
   EXPECT_EQ(node("disk1s1")->volumeName, "Other");
   EXPECT_TRUE(listener.failures.empty());
-}
-
-TEST_F(DiskModelTest, aRefusedRenameIsToldAndTheOldNameComesBack) {
-  scan();
-  model.shouldSelectItem(node("disk1s1"));
+  // With a look under way, its answers may be from before; then there is another one.
+  model.getDiskInfo();
+  EXPECT_TRUE(model.rename("Third"));
+  settle();
+  EXPECT_EQ(node("disk1s1")->volumeName, "Stick") << "as the tool says";
   disks.setAction("rename", "echo 'read-only' >&2; exit 1");
   EXPECT_TRUE(model.rename("Other"));
   settle();
   EXPECT_THAT(listener.failures, ElementsAre("\"Stick\" could not be renamed. read-only\n"));
-  EXPECT_EQ(node("disk1s1")->volumeName, "Stick");
+  EXPECT_EQ(node("disk1s1")->volumeName, "Stick") << "it comes back";
 }
 
 TEST_F(DiskModelTest, ejectingADiskEjectsItsVolumesInOrder) {
+  const auto ejected = [this] {
+    std::vector<std::string> calls;
+    for (const std::string& call : disks.calls())
+      if (call.starts_with("<eject>")) calls.push_back(call);
+    return calls;
+  };
   scan();
   model.shouldSelectItem(node("disk0"));
   model.EjectVolumes();
   EXPECT_TRUE(model.isCanClick()) << "not offered";
+  disks.setAction("eject", "echo 'files are open' >&2; exit 1");
   model.shouldSelectItem(node("disk1"));
   model.EjectVolumes();
   settle();
-  std::vector<std::string> ejected;
-  for (const std::string& call : disks.calls())
-    if (call.starts_with("<eject>")) ejected.push_back(call);
-  EXPECT_THAT(ejected, ElementsAre("<eject></dev/disk1s1>", "<eject></dev/disk1s2>"));
+  EXPECT_THAT(ejected(), ElementsAre("<eject></dev/disk1s1>", "<eject></dev/disk1s2>"));
+  EXPECT_THAT(listener.failures,
+              ElementsAre("\"Stick\", \"Stick\" could not be ejected. files are open\n"));
+  // The first takes the whole disk along: nothing is left to be ejected or complained of.
+  disks.setAction("eject",
+                  "rm " + disks.detailsFile("disk1s1") + " " + disks.detailsFile("disk1s2"));
+  model.EjectVolumes();
+  settle();
+  EXPECT_EQ(ejected().size(), 3U);
+  EXPECT_EQ(listener.failures.size(), 1U);
 }
 
 TEST_F(DiskModelTest, whileAFormatIsAskedForNothingElseHappens) {
   scan();
   model.shouldSelectItem(node("disk0s1"));
   EXPECT_FALSE(model.beginFormat()) << "the first volume of the first disk";
-  model.shouldSelectItem(node("disk1s1"));
-  ASSERT_TRUE(model.beginFormat());
+  ask("ExFAT");
   EXPECT_FALSE(model.beginFormat());
   EXPECT_FALSE(model.rename("Other"));
   model.EjectVolumes();
   disks.setAction("eraseVolume", "echo 'it is gone' >&2; exit 1");
-  model.makeSureToFormatSelectVolumeWithName("", "ExFAT");
-  EXPECT_FALSE(model.isCanClick());
-  Dispatch::runUntil([this] { return listener.formats == 1; });
+  format("", "ExFAT");
   EXPECT_EQ(listener.end.status, 1);
   model.endFormat();
   EXPECT_TRUE(model.isCanClick());
@@ -152,21 +180,30 @@ TEST_F(DiskModelTest, whileAFormatIsAskedForNothingElseHappens) {
 }
 
 TEST_F(DiskModelTest, onlyTheVolumeThatWasAskedAboutIsFormatted) {
-  scan();
-  model.shouldSelectItem(node("disk1s1"));
-  ASSERT_TRUE(model.beginFormat());
-  // Another stick in its place; the page is told, and selects something else.
-  auto other = MadeDisks::volume("Stick", 4 * kGiB);
-  other["VolumeUUID"] = "ANOTHER";
-  disks.setDetails("disk1s1", other);
-  model.shouldSelectItem(node("disk1s2"));
-  model.makeSureToFormatSelectVolumeWithName("NEW", "ExFAT");
-  Dispatch::runUntil([this] { return listener.formats == 1; });
-  EXPECT_NE(listener.end.status, 0);
-  EXPECT_THAT(listener.end.errors, HasSubstr("not the volume"));
+  for (const char* type : {"ExFAT", "APFS", "NTFS"}) {
+    auto asked = ask(type);
+    // Another stick in its place; the page is told, and selects something else.
+    asked["VolumeUUID"] = "ANOTHER";
+    disks.setDetails("disk1s1", asked);
+    model.shouldSelectItem(node("disk1s2"));
+    format("NEW", "ExFAT");
+    EXPECT_NE(listener.end.status, 0);
+    EXPECT_THAT(listener.end.errors, HasSubstr("not the volume"));
+    model.endFormat();
+  }
   for (const std::string& call : disks.calls())
-    EXPECT_FALSE(call.starts_with("<eraseVolume>")) << call;
+    EXPECT_FALSE(call.starts_with("<erase") || call.starts_with("<reformat>")) << call;
+}
+
+TEST_F(DiskModelTest, aTaskThatNobodyWaitsForTellsItsFailureLater) {
+  disks.setAction("reformat", "echo 'nothing makes it' >&2; exit 1");
+  ask("APFS");
+  format("", "");
+  EXPECT_EQ(listener.end.status, 0) << "started";
   model.endFormat();
+  Dispatch::runUntil([this] { return listener.end.status != 0; });
+  EXPECT_EQ(listener.end.errors, "nothing makes it\n");
+  settle();
 }
 
 TEST_F(DiskModelTest, theSelectedDisksHealthIsShown) {
@@ -179,6 +216,10 @@ TEST_F(DiskModelTest, theSelectedDisksHealthIsShown) {
   EXPECT_EQ(model.health().temperature(), "41 °C");
   EXPECT_EQ(model.health().powerOnHours(), "12,345");
   EXPECT_EQ(model.health().powerCycles(), "678");
+  // Another drive may have taken the name meanwhile.
+  drive->health.temperature = 20;
+  scan();
+  Dispatch::runUntil([this] { return model.health().temperature() == "20 °C"; });
   model.shouldSelectItem(node("disk0s1"));
   EXPECT_EQ(model.health().state(), DiskHealth::State::hidden);
   model.shouldSelectItem(node("disk1"));

@@ -164,19 +164,14 @@ TEST_F(SmartReader, eachFailureLeavesWhatWasKnown) {
   reader.GetThreaholds();
   EXPECT_EQ(reader.GetTemperature(), 0);
   EXPECT_EQ(reader.GetPowerOnHour(), 10'000U);
+  // One that only other attributes tell of does not count.
+  drive->thresholdsError = 0;
+  drive->data = {};
+  setRecord(drive->data, 0, 190, {44, 0, 0, 0, 0, 0});
+  reader.GetThreaholds();
+  EXPECT_EQ(reader.GetTemperature(), 0);
   Dispatch::runPending();
   EXPECT_THAT(temperatures, ElementsAre("30", "30")) << "nothing once the temperature is unknown";
-}
-
-TEST_F(SmartReader, otherTemperaturesDoNotCount) {
-  const auto drive = registry->add("disk0");
-  setRecord(drive->data, 0, 190, {44, 0, 0, 0, 0, 0});
-  CSMARTAttribute reader;
-  reader.GetSmartAttribute("disk0");
-  reader.GetThreaholds();
-  Dispatch::runPending();
-  EXPECT_EQ(reader.GetTemperature(), 0);
-  EXPECT_THAT(temperatures, testing::IsEmpty());
 }
 
 TEST_F(SmartReader, theTimerTellsTheTemperatureOnTheMainQueue) {

@@ -10,7 +10,7 @@
 
 namespace brisko::test {
 
-/// What a made drive answers, and how often it was asked. The test changes it while it is open.
+/// What a made drive answers, and how often it was turned on. The test changes it while it is open.
 struct FakeSmartDrive {
   bool nvme = false;
   int openError = 0;
@@ -18,12 +18,9 @@ struct FakeSmartDrive {
   int dataError = 0;
   int thresholdsError = 0;
   int healthError = 0;
-  SmartSector identify{};
   SmartSector data{};
   SmartHealth health;
   int enabled = 0;
-  int dataReads = 0;
-  int thresholdsReads = 0;
 };
 
 /// A device registry that the test writes down: nodes by path, each with the path of the one above
@@ -41,19 +38,12 @@ struct FakeSmartDevice : SmartDevice {
     Entry entry;
     entry.node.path = "/registry/" + name;
     entry.node.name = name;
-    entry.node.model = "Made Drive " + name;
     entry.node.hasSmartCapable = true;
     entry.drive = std::make_shared<FakeSmartDrive>();
     entries.push_back(entry);
     return entry.drive;
   }
 
-  std::vector<SmartNode> drives() override {
-    std::vector<SmartNode> nodes;
-    for (const Entry& entry : entries)
-      if (entry.drive) nodes.push_back(entry.node);
-    return nodes;
-  }
   std::optional<SmartNode> nodeWithName(const std::string& name) override {
     for (const Entry& entry : entries)
       if (entry.node.name == name) return entry.node;
@@ -83,18 +73,12 @@ struct FakeSmartDevice : SmartDevice {
       ++drive->enabled;
       return drive->enableError;
     }
-    int readIdentify(SmartSector& sector) override {
-      sector = drive->identify;
-      return drive->nvme ? ENOTSUP : 0;
-    }
     int readData(SmartSector& sector) override {
-      ++drive->dataReads;
       const int error = drive->nvme ? ENOTSUP : drive->dataError;
       sector = error == 0 ? drive->data : SmartSector{};
       return error;
     }
     int readThresholds(SmartSector& sector) override {
-      ++drive->thresholdsReads;
       sector = {};
       return drive->nvme ? ENOTSUP : drive->thresholdsError;
     }

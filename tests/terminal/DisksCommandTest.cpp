@@ -158,6 +158,16 @@ TEST_F(DisksCommandTest, anEjectedDiskIsGone) {
   EXPECT_THAT(operations(), ElementsAre("<eject></dev/sdb1>", "<eject></dev/sdb1>"));
 }
 
+TEST_F(DisksCommandTest, aToolThatDoesNotAnswerAfterwardsClaimsNothing) {
+  const std::string tool = disks.tools() + "/diskutil";
+  const std::string silence = "mv " + tool + " " + tool + ".away";
+  disks.setAction("rename", silence);
+  expectRefused(run({"disk", "rename", "sdb1", "Other"}), 1, "was renamed is not known");
+  std::filesystem::rename(tool + ".away", tool);
+  disks.setAction("eject", silence);
+  expectRefused(run({"disk", "eject", "sdb"}), 1, "was not ejected");
+}
+
 TEST_F(DisksCommandTest, aMissingToolIsSaidAndNothingIsListed) {
   std::filesystem::remove(disks.tools() + "/diskutil");
   const Outcome outcome = run({"disks", "--json"});

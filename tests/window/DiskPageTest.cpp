@@ -2,8 +2,7 @@
 #include "DiskOutline.h"
 #include "DiskTreeModel.h"
 #include "DiskViewController.h"
-#include "FakeSmartDevice.h"
-#include "MadeDisks.h"
+#include "MadeDiskHost.h"
 #include "NTFSWindowController.h"
 #include "WindowFixture.h"
 
@@ -23,12 +22,7 @@ namespace {
 
 class DiskPage : public WindowFixture {
  protected:
-  DiskPage() : disks(root.folder("disks")) {
-    tools_ = std::make_unique<Environment>("BRISKO_TOOLS", disks.tools().c_str());
-    runtime_ = std::make_unique<Environment>("XDG_RUNTIME_DIR", disks.runtime().c_str());
-    auto registry = std::make_unique<FakeSmartDevice>();
-    smart = registry.get();
-    Host::current().smartDevice = std::move(registry);
+  DiskPage() {
     auto stick = MadeDisks::volume("Stick", 4'000'000'000);
     stick["Ejectable"] = true;
     disks.setDetails("sda1", MadeDisks::volume("System\nOne", 90'000'000'000));
@@ -86,17 +80,13 @@ class DiskPage : public WindowFixture {
     poll->start(10);
   }
 
-  MadeDisks disks;
-  FakeSmartDevice* smart = nullptr;
-
- private:
-  std::unique_ptr<Environment> tools_;
-  std::unique_ptr<Environment> runtime_;
+  MadeDiskHost made{root.folder("disks")};
+  MadeDisks& disks = made.disks;
 };
 
 TEST_F(DiskPage, theFirstDiskIsShownAndTheKeysLeadThroughTheTree) {
   addStick();
-  const auto drive = smart->add("sda");
+  const auto drive = made.smart->add("sda");
   drive->nvme = true;
   drive->health = {38, 12'000, 44};
   openPage();
@@ -143,6 +133,9 @@ TEST_F(DiskPage, aVolumeIsRenamedInPlace) {
   auto* field = part<QLineEdit>("renameField");
   EXPECT_TRUE(field->isVisible());
   EXPECT_FALSE(part("titleLabel")->isVisible());
+  workspace->mount(MountedVolume());
+  ASSERT_TRUE(settled());
+  EXPECT_TRUE(field->isVisible()) << "a mount somewhere does not take it away";
   field->setText(QString(150, QLatin1Char('x')));
   QTest::keyClick(field, Qt::Key_Return);
   EXPECT_TRUE(part("renameErrorLabel")->isVisible());
@@ -169,6 +162,9 @@ TEST_F(DiskPage, theEjectButtonOfARowSelectsAndEjectsIt) {
     told = panel->findChild<QLabel*>("messageText")->text();
     QTest::mouseClick(panel->findChild<QWidget*>("answer0"), Qt::LeftButton);
   });
+  select(row(1, 0));
+  QTest::keyClick(outline(), Qt::Key_Space);
+  EXPECT_TRUE(disk().isCanClick()) << "only its button and its key eject";
   select(row(1, 0).siblingAtColumn(DiskTreeModel::Eject));
   ASSERT_TRUE(waitUntil([&] { return !told.isEmpty(); }));
   EXPECT_EQ(told, "it is in use");

@@ -3,6 +3,7 @@
 #include "ImageCheckBox.h"
 #include "ItemChooser.h"
 #include "Machine.h"
+#include "NTFSWindowController.h"
 #include "SegmentBar.h"
 #include "ShredProgressWindowController.h"
 #include "WindowFixture.h"
@@ -107,6 +108,25 @@ TEST_F(ShredPage, DroppedItemsAreListedTickedAndTakenOutByKeys) {
   press(part("emptyListButton"));
   EXPECT_TRUE(part("dropView")->isVisible());
   EXPECT_TRUE(exists(root / "a\nb"));
+}
+
+TEST_F(ShredPage, ItemsOnNtfsBringTheNotice) {
+  openPage();
+  MountedVolume volume;
+  volume.root = root.folder("ntfs");
+  volume.fileSystemName = "ntfs3";
+  workspace->volumes.push_back(volume);
+  int shown = 0;
+  QTimer poll;
+  QObject::connect(&poll, &QTimer::timeout, [&] {
+    auto* notice = qobject_cast<NTFSWindowController*>(QApplication::activeModalWidget());
+    if (notice != nullptr && ++shown == 1) press(notice->yesButton);
+  });
+  poll.start(5);
+  drop("dropArea", {root.file("plain", "1")});
+  EXPECT_EQ(shown, 0);
+  drop("listArea", {root.file("ntfs/one", "1")});
+  EXPECT_EQ(shown, 1);
 }
 
 TEST_F(ShredPage, NothingGoesWithoutTheConfirmation) {

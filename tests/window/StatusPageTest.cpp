@@ -1,6 +1,7 @@
 #include "ChartCard.h"
 #include "CoreGrid.h"
 #include "FactRow.h"
+#include "NSNotificationCenter.h"
 #include "PanelMeter.h"
 #include "StatusBarView.h"
 #include "StatusFeed.h"
@@ -75,7 +76,12 @@ TEST_F(StatusPage, PanelIsLiveWhileItIsOpen) {
   SystemSample sample;
   sample.temperatures = {{"a", Temperature::Kind::drive, 41.4}};
   panel.feed().take(sample);
-  EXPECT_EQ(panel.findChild<QLabel*>("temperatures")->text(), "Drive 41 °C");
+  const auto* temperatures = panel.findChild<QLabel*>("temperatures");
+  EXPECT_EQ(temperatures->text(), "Drive 41 °C");
+  panel.feed().take(SystemSample());
+  EXPECT_EQ(temperatures->text(), "");
+  NSNotificationCenter::defaultCenter().postNotification({"updateTemperature", "38", nullptr, {}});
+  EXPECT_EQ(temperatures->text(), "Drive 38 °C") << "from the drive itself, without a sensor";
   EXPECT_EQ(panel.findChild<PanelMeter*>("processorMeter")->value(), "No information");
   panel.hide();
   EXPECT_TRUE(waitUntil([&] { return !panel.feed().isRunning(); }));

@@ -1,8 +1,8 @@
 #include "DiskFormat.h"
 
-#include "DiskAndVolumeInfo.h"
 #include "DiskCommandText.h"
 #include "DiskOffers.h"
+#include "DiskState.h"
 #include "HostTools.h"
 #include "SystemLog.h"
 #include "VolumeName.h"
@@ -77,10 +77,9 @@ std::string refusal(const FormatPlan& plan) {
 }
 
 std::string changedSince(const DiskAndVolumeObj& volume) {
-  const PropertyList info = DiskAndVolumeInfo::ZKGetDiskInfo(volume.volRootDir.c_str());
-  const bool isSame = info["VolumeUUID"].string() == volume.diskUUID &&
-                      info["VolumeName"].string() == volume.volumeName;
-  return isSame ? "" : "It is not the volume any more that was shown.";
+  const DiskState now = DiskState::of(volume.volRootDir);
+  if (now.isThere && now.uuid == volume.diskUUID && now.name == volume.volumeName) return "";
+  return "It is not the volume any more that was shown.";
 }
 
 DiskCommandEnd run(const FormatPlan& plan) {

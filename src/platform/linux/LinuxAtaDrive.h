@@ -28,10 +28,12 @@ class LinuxAtaDrive : public SmartInterface {
 
   bool hasHealthLog() const override { return false; }
   int enable() override;
-  int readIdentify(SmartSector& sector) override;
   int readData(SmartSector& sector) override;
   int readThresholds(SmartSector& sector) override;
   int readHealth(SmartHealth& health) override;
+
+  /// The answer to IDENTIFY DEVICE, 256 little-endian words. 0 or an errno.
+  int readIdentify(SmartSector& sector);
 
   /// Whether the drive itself foresees its failure. 0 or an errno; EAGAIN for a drive that sleeps,
   /// which is not woken up for it.

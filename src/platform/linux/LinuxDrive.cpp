@@ -1,5 +1,6 @@
 #include "LinuxDrive.h"
 
+#include "LibUdev.h"
 #include "LinuxBlockDevices.h"
 #include "RegularFile.h"
 
@@ -104,6 +105,38 @@ std::string sysfsText(const std::string& file) {
   while (!text.empty() && (text.back() == '\n' || text.back() == ' ' || text.back() == '\0'))
     text.pop_back();
   return text.substr(std::min(text.find_first_not_of(' '), text.size()));
+}
+
+std::string udevProperty(const std::string& folder, const char* key) {
+  std::string value;
+  if (!libudev.isThere()) return value;
+  udev* context = udev_new();
+  udev_device* device =
+      context != nullptr ? udev_device_new_from_syspath(context, folder.c_str()) : nullptr;
+  if (device != nullptr) {
+    const char* text = udev_device_get_property_value(device, key);
+    if (text != nullptr) value = text;
+    udev_device_unref(device);
+  }
+  if (context != nullptr) udev_unref(context);
+  return value;
+}
+
+std::string udevDecoded(const std::string& text) {
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    unsigned value = 0;
+    if (text.compare(i, 2, "\\x") == 0 && i + 4 <= text.size()) {
+      const char* digits = text.data() + i + 2;
+      if (std::from_chars(digits, digits + 2, value, 16).ptr == digits + 2) {
+        bytes += static_cast<char>(value);
+        i += 3;
+        continue;
+      }
+    }
+    bytes += text[i];
+  }
+  return bytes;
 }
 
 LinuxNode linuxNodeOf(const std::string& folder) {

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "FileDescriptor.h"
+#include "DescriptorWatch.h"
 #include "LoginItems.h"
+#include "ObserverList.h"
 
-#include <map>
-#include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace brisko {
@@ -17,28 +15,18 @@ namespace brisko {
 class LinuxLoginItemsWatch {
  public:
   explicit LinuxLoginItemsWatch(std::vector<std::string> folders) : folders_(std::move(folders)) {}
-  ~LinuxLoginItemsWatch();
 
   int observe(LoginItems::Observer observer);
   void stopObserving(int token);
 
  private:
-  struct Observers {
-    std::mutex mutex;
-    std::map<int, LoginItems::Observer> byToken;
-  };
-
   void start();
-  void stop();
   void watchFolders(int notifier) const;
-  void watch(int notifier, int ended);
-  static void tell(const std::shared_ptr<Observers>& observers);
 
   std::vector<std::string> folders_;
-  std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
-  int nextToken_ = 1;
-  FileDescriptor stop_;
-  std::thread thread_;
+  std::mutex running_;  ///< held while the thread is started or ended
+  ObserverList<LoginItems::Observer> observers_;
+  DescriptorWatch watch_;  ///< last: it ends before what it uses goes
 };
 
 }  // namespace brisko

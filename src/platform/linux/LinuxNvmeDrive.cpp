@@ -62,10 +62,6 @@ int LinuxNvmeDrive::readLogPage(SmartSector& page) {
   return error;
 }
 
-int LinuxNvmeDrive::readIdentify(SmartSector& sector) {
-  return notOfThisKind(sector);
-}
-
 int LinuxNvmeDrive::readData(SmartSector& sector) {
   return notOfThisKind(sector);
 }

@@ -16,7 +16,6 @@ class LinuxNvmeDrive : public SmartInterface {
 
   bool hasHealthLog() const override { return true; }
   int enable() override { return 0; }  // always on
-  int readIdentify(SmartSector& sector) override;
   int readData(SmartSector& sector) override;
   int readThresholds(SmartSector& sector) override;
   int readHealth(SmartHealth& health) override;

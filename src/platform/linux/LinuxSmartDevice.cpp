@@ -1,7 +1,6 @@
 #include "LinuxSmartDevice.h"
 
 #include "FileDescriptor.h"
-#include "LibUdev.h"
 #include "LinuxAtaDrive.h"
 #include "LinuxDrive.h"
 #include "LinuxNvmeDrive.h"
@@ -26,21 +25,6 @@ constexpr std::uint32_t kSmartFeature = 32;
 // The page in which SCSI drives carry an ATA drive's identity begins it here.
 constexpr std::size_t kIdentityOffset = 60;
 constexpr std::size_t kFeatureSetByte = 164;  // word 82
-
-std::string udevProperty(const std::string& folder, const char* key) {
-  std::string value;
-  if (!libudev.isThere()) return value;
-  udev* context = udev_new();
-  udev_device* device =
-      context != nullptr ? udev_device_new_from_syspath(context, folder.c_str()) : nullptr;
-  if (device != nullptr) {
-    const char* text = udev_device_get_property_value(device, key);
-    if (text != nullptr) value = text;
-    udev_device_unref(device);
-  }
-  if (context != nullptr) udev_unref(context);
-  return value;
-}
 
 bool isNvme(const std::string& name) {
   return name.starts_with("nvme");
@@ -107,7 +91,6 @@ SmartNode LinuxSmartDevice::describe(const std::string& folder) const {
   disk.identifier = node.name;
   disk.folder = folder;
   describeDrive(disk);
-  node.model = disk.model;
   if (isNvme(node.name)) {
     node.hasSmartCapable = true;
   } else if (const auto features = ataFeatures(folder)) {
@@ -117,13 +100,6 @@ SmartNode LinuxSmartDevice::describe(const std::string& folder) const {
     node.hasSmartCapable = passesCommandsOn(folder);
   }
   return node;
-}
-
-std::vector<SmartNode> LinuxSmartDevice::drives() {
-  std::vector<SmartNode> nodes;
-  for (const LinuxBlockDevice& disk : physicalDisks())
-    nodes.push_back(describe(disk.folder));
-  return nodes;
 }
 
 std::optional<SmartNode> LinuxSmartDevice::nodeWithName(const std::string& name) {

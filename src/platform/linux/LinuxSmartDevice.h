@@ -14,7 +14,6 @@ class LinuxSmartDevice : public SmartDevice {
   /// `sysfs` is where that is mounted, free of links.
   explicit LinuxSmartDevice(std::string sysfs = "/sys");
 
-  std::vector<SmartNode> drives() override;
   std::optional<SmartNode> nodeWithName(const std::string& name) override;
   std::optional<SmartNode> nodeAtPath(const std::string& path) override;
   std::optional<SmartNode> parent(const SmartNode& node) override;

@@ -1,6 +1,7 @@
 #include "LinuxVolumes.h"
 
 #include "LibMount.h"
+#include "LinuxDrive.h"
 #include "SystemLog.h"
 
 #include <array>
@@ -68,27 +69,27 @@ bool isOptical(std::string_view sysfsFolder, std::string_view type) {
   return type == "iso9660" || sysfsFolder.find("/block/sr") != std::string_view::npos;
 }
 
-// The label as udev has put it into the names below /dev/disk/by-label, where bytes that a file
-// name cannot carry stand as \xNN.
+// The label as udev has put it into the names below /dev/disk/by-label.
 std::string labelOf(const std::string& device) {
   std::error_code error;
   const fs::path wanted = fs::canonical(device, error);
   if (error) return {};
   for (const auto& entry : fs::directory_iterator("/dev/disk/by-label", error)) {
     if (fs::canonical(entry.path(), error) != wanted) continue;
-    std::string encoded = entry.path().filename();
-    std::string label;
-    for (std::size_t i = 0; i < encoded.size(); ++i) {
-      if (encoded.compare(i, 2, "\\x") == 0 && i + 3 < encoded.size()) {
-        label += static_cast<char>(std::stoi(encoded.substr(i + 2, 2), nullptr, 16));
-        i += 3;
-      } else {
-        label += encoded[i];
-      }
-    }
-    return label;
+    return udevDecoded(entry.path().filename());
   }
   return {};
+}
+
+// Drivers outside of the kernel all go by one name there; the device manager may know more.
+std::string fileSystemOf(libmnt_fs* mount) {
+  const std::string type = text(mnt_fs_get_fstype(mount));
+  if (type != "fuseblk") return type;
+  const dev_t device = mnt_fs_get_devno(mount);
+  const std::string known = udevProperty(
+      "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device)),
+      "ID_FS_TYPE");
+  return known.empty() ? type : known;
 }
 
 std::string nameOf(const MountedVolume& volume) {
@@ -160,7 +161,7 @@ std::vector<MountedVolume> linuxMountedVolumes(const std::string& mountInfo) {
     MountedVolume volume;
     volume.root = text(mnt_fs_get_target(mount));
     volume.device = text(mnt_fs_get_source(mount));
-    volume.fileSystemName = text(mnt_fs_get_fstype(mount));
+    volume.fileSystemName = fileSystemOf(mount);
     const bool isRoot = volume.root == "/";
     if (!isRoot && (mnt_fs_is_pseudofs(mount) || showsAPartOnly(mount) ||
                     holdsNoFilesOfPeople(volume.root, volume.fileSystemName))) {

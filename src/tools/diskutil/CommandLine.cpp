@@ -51,6 +51,15 @@ void need(bool fits, std::string_view how) {
   if (!fits) throw WrongUsage(fmt::format("usage: diskutil {}", how));
 }
 
+void complainOfUnreadable(const Inventory& inventory) {
+  std::string names;
+  for (const std::string& name : inventory.unreadable())
+    names += (names.empty() ? "" : ", ") + escapedForDisplay(name);
+  if (names.empty()) return;
+  fmt::print(stderr, "diskutil: no permission to look into {}{}\n", names,
+             geteuid() == 0 ? "" : "; the administrator has it");
+}
+
 void list(const std::vector<std::string>& words, bool asPropertyList) {
   need(words.size() <= 1, "list [-plist] [NODE]");
   const Inventory inventory = Inventory::read();
@@ -65,16 +74,12 @@ void list(const std::vector<std::string>& words, bool asPropertyList) {
     whole.set("AllDisksAndPartitions", kept);
     return printList(whole);
   }
-  if (asPropertyList) return printList(listing(inventory));
-  print(shownListing(inventory));
-  const std::vector<std::string> unreadable = inventory.unreadable();
-  if (!unreadable.empty()) {
-    std::string names;
-    for (const std::string& name : unreadable)
-      names += (names.empty() ? "" : ", ") + escapedForDisplay(name);
-    fmt::print(stderr, "diskutil: no permission to look into {}{}\n", names,
-               geteuid() == 0 ? "" : "; the administrator has it");
+  if (asPropertyList) {
+    printList(listing(inventory));
+  } else {
+    print(shownListing(inventory));
   }
+  complainOfUnreadable(inventory);
 }
 
 void info(const std::vector<std::string>& words, bool asPropertyList) {

@@ -79,18 +79,22 @@ void refuseUnlessVolume(const Inventory& inventory, const Device& device) {
   if (isShared) throw Failure(name + " shares one file system with other devices");
 }
 
-void refuseNamedInStart(const Device& device) {
-  const std::string& label = device.signature.label;
-  if (label.empty()) return;
+void refuseNamedInStart(const Device& device, const StartTags& tags) {
+  const std::string& id = device.block.identifier;
   const std::unique_ptr<libmnt_table, void (*)(libmnt_table*)> table(
       mnt_new_table_from_file("/etc/fstab"), [](libmnt_table* it) { mnt_unref_table(it); });
-  if (table && mnt_table_find_tag(table.get(), "LABEL", label.c_str(), MNT_ITER_FORWARD) != nullptr)
-    throw Failure(
-        fmt::format("/etc/fstab finds {} by its name; change that first", device.block.identifier));
   int error = 0;
   const std::string line = readFile("/proc/cmdline", 65536, error).value_or("");
-  if (line.find("root=LABEL=" + label) != std::string::npos)
-    throw Failure(fmt::format("the machine starts from {} by its name", device.block.identifier));
+  for (const auto& [tag, value] : tags) {
+    if (value.empty()) continue;
+    libmnt_fs* entry =
+        table ? mnt_table_find_tag(table.get(), tag, value.c_str(), MNT_ITER_FORWARD) : nullptr;
+    // What is mounted by hand only stops no start.
+    if (entry != nullptr && mnt_fs_get_option(entry, "noauto", nullptr, nullptr) != 0)
+      throw Failure(fmt::format("/etc/fstab finds {} by its {}; change that first", id, tag));
+    if (line.find(fmt::format("root={}={}", tag, value)) != std::string::npos)
+      throw Failure(fmt::format("the machine starts from {} by its {}", id, tag));
+  }
 }
 
 }  // namespace brisko::diskutil

@@ -2,6 +2,10 @@
 
 #include "Inventory.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace brisko::diskutil {
 
 /// What must be true before the first byte is written or the first volume is unmounted. All throw
@@ -16,7 +20,9 @@ void refuseInUse(const Inventory& inventory, const Device& device);
 /// devices.
 void refuseUnlessVolume(const Inventory& inventory, const Device& device);
 
-/// The start of the system must not find this volume by its present name.
-void refuseNamedInStart(const Device& device);
+/// The start of the system must not look for this volume by one of these, which it is to lose:
+/// "LABEL" or "UUID", with what the volume has. Empty ones do not count.
+using StartTags = std::vector<std::pair<const char*, std::string>>;
+void refuseNamedInStart(const Device& device, const StartTags& tags);
 
 }  // namespace brisko::diskutil

@@ -24,7 +24,6 @@ void addSizes(Device& device) {
   const Mount* mount = device.mainMount();
   struct statvfs sizes;
   if (mount == nullptr || statvfs(mount->target.c_str(), &sizes) != 0) return;
-  // Another mount may hide this one; then the figures are not its.
   // Another mount may hide this one, and then the figures are not its. (btrfs gives the files of
   // each sub-volume a number of their own.)
   struct stat status;

@@ -45,17 +45,24 @@ class Unmounted {
       return left.mount->id > right.mount->id;
     });
     for (const auto& [device, mount] : places) {
-      try {
-        way_.unmount(*device, *mount);
-      } catch (const Failure&) {
-        putBack();
-        throw;
-      }
+      orPutBack([&] { way_.unmount(*device, *mount); });
       taken_.emplace_back(device, mount);
     }
   }
 
   bool isAny() const { return !taken_.empty(); }
+
+  /// When `work` fails, what is left, old or new, goes back to where it was. Throws the first
+  /// reason, with what could not be put back.
+  template <typename Work>
+  void orPutBack(const Work& work) {
+    try {
+      work();
+    } catch (const Failure& failure) {
+      const std::string problem = putBack();
+      throw Failure(problem.empty() ? failure.what() : failure.what() + ("; " + problem));
+    }
+  }
 
   /// Puts all back, in folders for `name` (empty: each for the name it has), and says what could
   /// not be.
@@ -82,7 +89,7 @@ class Unmounted {
   std::string folder_;
 };
 
-/// From here to the end nobody's key press may leave a volume half made.
+/// From here to the end nobody's key press may leave a volume half made or a disk half taken off.
 void ignoreInterrupts() {
   for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
     std::signal(number, SIG_IGN);
@@ -126,6 +133,9 @@ Report make(const Inventory& inventory, const Device& device, const Format& form
   const std::unique_ptr<Way> way = openWay(device);
   refuseUnlessVolume(inventory, device);
   refuseInUse(inventory, device);
+  const std::string& label = device.signature.label;
+  refuseNamedInStart(device,
+                     {{"UUID", device.signature.uuid}, {"LABEL", label == name ? "" : label}});
   refuseSize(format, device);
   way->checkFormat(device, format);
 
@@ -133,13 +143,7 @@ Report make(const Inventory& inventory, const Device& device, const Format& form
   Unmounted mounts(*way);
   mounts.take({&device});
   const bool wasMounted = mounts.isAny();
-  try {
-    way->format(device, format, name);
-  } catch (const Failure&) {
-    // What is left, old or new, goes back to where it was; the reason that counts is the first.
-    mounts.putBack();
-    throw;
-  }
+  mounts.orPutBack([&] { way->format(device, format, name); });
   Report report;
   report.warning = mounts.putBack(name);
   std::string folder = mounts.folder();
@@ -181,7 +185,7 @@ Report rename(const std::string& volume, const std::string& name) {
     throw Failure(id + " holds no file system that could be renamed");
   if (device.block.isReadOnly) throw Failure(id + " cannot be written: it is read-only");
   refuseLabel(type, name);
-  refuseNamedInStart(device);
+  refuseNamedInStart(device, {{"LABEL", device.signature.label}});
   const std::string stored = storedLabel(type, name);
   way->checkRename(device, stored);
 
@@ -192,13 +196,8 @@ Report rename(const std::string& volume, const std::string& name) {
     ignoreInterrupts();
     mounts.take({&device});
   }
+  mounts.orPutBack([&] { way->rename(device, stored); });
   Report report;
-  try {
-    way->rename(device, stored);
-  } catch (const Failure&) {
-    mounts.putBack();
-    throw;
-  }
   if (whileMounted) takeFolderAlong(inventory, device, mounts);
   report.warning = mounts.putBack(stored);
   report.done = fmt::format("Renamed {} to \"{}\"", id, escapedForDisplay(stored));
@@ -244,14 +243,10 @@ Report eject(const std::string& node) {
   std::vector<const Device*> all = {&disk.device};
   for (const Device& partition : disk.partitions)
     all.push_back(&partition);
+  ignoreInterrupts();
   Unmounted mounts(*way);
   mounts.take(all);
-  try {
-    way->eject(disk);
-  } catch (const Failure&) {
-    mounts.putBack();
-    throw;
-  }
+  mounts.orPutBack([&] { way->eject(disk); });
   return {fmt::format("Ejected {}", name), {}};
 }
 

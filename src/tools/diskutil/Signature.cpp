@@ -1,8 +1,8 @@
 #include "Signature.h"
 
 #include "FileDescriptor.h"
+#include "LinuxDrive.h"
 
-#include <charconv>
 #include <memory>
 #include <optional>
 
@@ -13,24 +13,6 @@
 
 namespace brisko::diskutil {
 namespace {
-
-/// The device manager writes bytes that its properties cannot carry as \xNN.
-std::string decoded(const std::string& text) {
-  std::string bytes;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    unsigned value = 0;
-    if (text.compare(i, 2, "\\x") == 0 && i + 4 <= text.size()) {
-      const char* digits = text.data() + i + 2;
-      if (std::from_chars(digits, digits + 2, value, 16).ptr == digits + 2) {
-        bytes += static_cast<char>(value);
-        i += 3;
-        continue;
-      }
-    }
-    bytes += text[i];
-  }
-  return bytes;
-}
 
 std::optional<Signature> fromDeviceManager(dev_t number) {
   const std::unique_ptr<udev, udev* (*)(udev*)> context(udev_new(), udev_unref);
@@ -47,7 +29,7 @@ std::optional<Signature> fromDeviceManager(dev_t number) {
   signature.type = property("ID_FS_TYPE");
   signature.version = property("ID_FS_VERSION");
   signature.usage = property("ID_FS_USAGE");
-  signature.label = decoded(property("ID_FS_LABEL_ENC"));
+  signature.label = udevDecoded(property("ID_FS_LABEL_ENC"));
   signature.uuid = property("ID_FS_UUID");
   signature.tableType = property("ID_PART_TABLE_TYPE");
   signature.partitionType = property("ID_PART_ENTRY_TYPE");

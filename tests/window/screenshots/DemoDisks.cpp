@@ -1,12 +1,9 @@
 #include "DemoDisks.h"
 
-#include "FakeSmartDevice.h"
-#include "Host.h"
 #include "Machine.h"
 #include "UnlinkGuard.h"
 
 #include <filesystem>
-#include <memory>
 
 namespace fs = std::filesystem;
 
@@ -41,46 +38,41 @@ DemoDisks::~DemoDisks() {
   fs::remove_all(root_ + "-disks", error);
 }
 
-DemoDisks::DemoDisks(const std::string& root)
-    : root_(root),
-      disks_(folderBeside(root)),
-      tools_("BRISKO_TOOLS", disks_.tools().c_str()),
-      runtime_("XDG_RUNTIME_DIR", disks_.runtime().c_str()) {
+DemoDisks::DemoDisks(const std::string& root) : root_(root), host_(folderBeside(root)) {
+  MadeDisks& disks = host_.disks;
   // The other tools are the program's own.
-  fs::create_symlink(buildTree() + "/libexec/brisko/srm", disks_.tools() + "/srm");
-  disks_.setDetails("nvme0n1p2", volume("System", 480'000'000'000, 181'400'000'000, "ext4", "/"));
-  disks_.setDetails("nvme0n1p3",
-                    volume("Archive", 32'000'000'000, 21'000'000'000, "ext4", "/srv/archive"));
+  fs::create_symlink(buildTree() + "/libexec/brisko/srm", disks.tools() + "/srm");
+  disks.setDetails("nvme0n1p2", volume("System", 480'000'000'000, 181'400'000'000, "ext4", "/"));
+  disks.setDetails("nvme0n1p3",
+                   volume("Archive", 32'000'000'000, 21'000'000'000, "ext4", "/srv/archive"));
   Fields internal = MadeDisks::disk("NVMe Drive 970", 512'110'190'592);
   internal["BusProtocol"] = "NVMe";
-  disks_.addDisk("nvme0n1", internal, {"nvme0n1p2", "nvme0n1p3"});
+  disks.addDisk("nvme0n1", internal, {"nvme0n1p2", "nvme0n1p3"});
   Fields photos =
       volume("Photos", 2'000'000'000'000, 131'000'000'000, "ExFAT", "/media/anna/Photos");
   photos["Ejectable"] = true;
   photos["Internal"] = false;
-  disks_.setDetails("sda1", photos);
+  disks.setDetails("sda1", photos);
   Fields external = MadeDisks::disk("Portable SSD T7", 2'000'398'934'016);
   external["BusProtocol"] = "USB";
   external["Ejectable"] = true;
   external["Internal"] = false;
-  disks_.addDisk("sda", external, {"sda1"});
+  disks.addDisk("sda", external, {"sda1"});
   Fields stick =
       volume("HOLIDAY", 15'600'000'000, 9'300'000'000, "MS-DOS FAT32", "/media/anna/HOLIDAY");
   stick["Ejectable"] = true;
   stick["Internal"] = false;
-  disks_.setDetails("sdb1", stick);
+  disks.setDetails("sdb1", stick);
   Fields drive = MadeDisks::disk("USB Flash Drive", 15'728'640'000);
   drive["BusProtocol"] = "USB";
   drive["Ejectable"] = true;
   drive["Internal"] = false;
   drive["Content"] = "FDisk_partition_scheme";
   drive.erase("SMARTStatus");
-  disks_.addDisk("sdb", drive, {"sdb1"});
-  auto registry = std::make_unique<FakeSmartDevice>();
-  const auto answering = registry->add("nvme0n1");
+  disks.addDisk("sdb", drive, {"sdb1"});
+  const auto answering = host_.smart->add("nvme0n1");
   answering->nvme = true;
   answering->health = {38, 12'480, 934};
-  Host::current().smartDevice = std::move(registry);
 }
 
 void mountDemoDisks(const std::string& root) {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "MadeDisks.h"
-#include "TestHost.h"
+#include "MadeDiskHost.h"
 
 #include <string>
 
@@ -19,9 +18,7 @@ class DemoDisks {
 
  private:
   std::string root_;
-  MadeDisks disks_;
-  Environment tools_;
-  Environment runtime_;
+  MadeDiskHost host_;
 };
 
 /// Makes the places in which the volumes are mounted, which a cleared root has lost.
