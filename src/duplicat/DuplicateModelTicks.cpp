@@ -1,16 +1,6 @@
 #include "DuplicateModel.h"
 
-#include <algorithm>
-
 namespace brisko {
-namespace {
-
-std::size_t segmentOf(const SimpleTreeNode& group) {
-  return kDuplicateClassSegments[static_cast<std::size_t>(group.nodeData.fileType)];
-}
-
-}  // namespace
-
 // Brings the counters of the leaf's group, type and of all up to date; not the group's state.
 void DuplicateModel::setTick(SimpleTreeNode& leaf, bool ticked) {
   SimpleNodeData& data = leaf.nodeData;
@@ -33,16 +23,17 @@ void DuplicateModel::setTick(SimpleTreeNode& leaf, bool ticked) {
   }
 }
 
-void DuplicateModel::recomputeGroup(SimpleTreeNode& group) {
+// `leaves` are those that the group has left.
+void DuplicateModel::recomputeGroup(SimpleTreeNode& group, std::size_t leaves) {
   const std::size_t ticked = group.nodeData.tickNumber;
-  group.nodeData.selectNum = ticked == 0 ? 0 : ticked == group.numberOfChildren() ? 1 : 2;
+  group.nodeData.selectNum = ticked == 0 ? 0 : ticked == leaves ? 1 : 2;
 }
 
 void DuplicateModel::toggle(SimpleTreeNode& node) {
   if (!isCanClick_) return;
   if (node.nodeData.isLeaf && node.nodeData.selectNum == 1) {
     setTick(node, false);
-    recomputeGroup(*node.nodeParent);
+    recomputeGroup(*node.nodeParent, node.nodeParent->numberOfChildren());
     tellGroup(*node.nodeParent);
   } else if (node.nodeData.isLeaf) {
     setSelectState(node);
@@ -58,7 +49,7 @@ void DuplicateModel::setSelectState(SimpleTreeNode& leaf) {
   const bool isLast = group.nodeData.tickNumber + 1 >= group.numberOfChildren();
   if (isLast && !(askDeleteAll_ && askDeleteAll_())) return;
   setTick(leaf, true);
-  recomputeGroup(group);
+  recomputeGroup(group, group.numberOfChildren());
   tellGroup(group);
 }
 
@@ -66,19 +57,20 @@ void DuplicateModel::setSelectState(SimpleTreeNode& leaf) {
 void DuplicateModel::tickAllButLast(SimpleTreeNode& group) {
   for (SimpleTreeNode* leaf : group.children)
     setTick(*leaf, leaf != group.children.back());
-  recomputeGroup(group);
+  recomputeGroup(group, group.numberOfChildren());
 }
 
 void DuplicateModel::untickGroup(SimpleTreeNode& group) {
   for (SimpleTreeNode* leaf : group.children)
     setTick(*leaf, false);
-  recomputeGroup(group);
+  recomputeGroup(group, group.numberOfChildren());
 }
 
 void DuplicateModel::untickAll() {
-  if (roots_[0] == nullptr) return;
-  for (SimpleTreeNode* group : roots_[0]->children)
-    untickGroup(*group);
+  if (selectedCount() == 0) return;
+  for (SimpleTreeNode* group : treeOfSegment(0)->children) {
+    if (group->nodeData.tickNumber > 0) untickGroup(*group);
+  }
 }
 
 void DuplicateModel::setAllSelectOrNoSelect(bool on) {
@@ -101,21 +93,7 @@ const char* DuplicateModel::boxImage(const SimpleNodeData& data) {
 const char* DuplicateModel::allSelectImage() const {
   const std::size_t ticked = tickedLeaves_[segment_];
   if (ticked == 0) return "unsel";
-  return ticked == leaves_[segment_] ? "sel" : "halfsel";
-}
-
-SimpleTreeNode::Children DuplicateModel::allSelectNumArr() const {
-  SimpleTreeNode::Children ticked;
-  if (roots_[0] == nullptr) return ticked;
-  ticked.reserve(selectedCount());
-  for (const SimpleTreeNode* group : roots_[0]->children) {
-    std::copy_if(group->children.begin(), group->children.end(), std::back_inserter(ticked),
-                 [](const SimpleTreeNode* leaf) { return leaf->nodeData.selectNum == 1; });
-  }
-  std::sort(ticked.begin(), ticked.end(), [](const SimpleTreeNode* a, const SimpleTreeNode* b) {
-    return a->nodeData.tickNumber < b->nodeData.tickNumber;
-  });
-  return ticked;
+  return ticked == leavesOfSegment(segment_) ? "sel" : "halfsel";
 }
 
 }  // namespace brisko

@@ -29,23 +29,6 @@ QString spokenBox(const SimpleNodeData& data) {
 
 }  // namespace
 
-const char* duplicateImage(const SimpleTreeNode& node) {
-  const SimpleTreeNode& group = node.nodeData.isLeaf ? *node.nodeParent : node;
-  if (group.nodeData.isBundle) return "ic_app";
-  switch (group.nodeData.fileType) {
-    case 2:
-      return "ic_itunes";
-    case 3:
-      return "ic_video";
-    case 4:
-      return "ic_archive";
-    case 5:
-      return "ic_picture";
-    default:
-      return "ic_file";
-  }
-}
-
 QString modificationDateText(const SimpleNodeData& data) {
   const auto moment = QDateTime::fromSecsSinceEpoch(data.ModificationDate.seconds);
   return QLocale().toString(moment, QLocale::ShortFormat);
@@ -174,7 +157,7 @@ QVariant DuplicateTreeModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-QString DuplicateTreeModel::text(const SimpleTreeNode& node, int column) const {
+QString DuplicateTreeModel::text(const SimpleTreeNode& node, int column) {
   switch (column) {
     case NameColumn:
       return displayText(node.nodeData.name());
@@ -189,9 +172,9 @@ QString DuplicateTreeModel::text(const SimpleTreeNode& node, int column) const {
   }
 }
 
-QString DuplicateTreeModel::imageName(const SimpleTreeNode& node, int column) const {
+QString DuplicateTreeModel::imageName(const SimpleTreeNode& node, int column) {
   if (column == Checkbox) return QLatin1String(DuplicateModel::boxImage(node.nodeData));
-  return column == NameColumn ? QLatin1String(duplicateImage(node)) : QString();
+  return column == NameColumn ? QLatin1String(node.iconRep()) : QString();
 }
 
 QVariant DuplicateTreeModel::headerData(int section, Qt::Orientation orientation, int role) const {

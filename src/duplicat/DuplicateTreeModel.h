@@ -53,14 +53,11 @@ class DuplicateTreeModel : public QAbstractItemModel {
 
  private:
   int rowOf(const SimpleTreeNode* node) const;
-  QString text(const SimpleTreeNode& node, int column) const;
-  QString imageName(const SimpleTreeNode& node, int column) const;
+  static QString text(const SimpleTreeNode& node, int column);
+  static QString imageName(const SimpleTreeNode& node, int column);
 
   const SimpleTreeNode* root_ = nullptr;
 };
-
-/// The image for a group's type class, or for a copy in it.
-const char* duplicateImage(const SimpleTreeNode& node);
 
 /// A copy's date in the user's short form.
 QString modificationDateText(const SimpleNodeData& data);
