@@ -34,6 +34,7 @@ const char* imageAtWork(const std::string& path, std::uint32_t percentage) {
 DuplicateModel::~DuplicateModel() {
   if (duplicateOpt_) duplicateOpt_->stopSearch();
   endSorting();
+  endTicking();
   if (removal_) {
     removal_->stop = true;
     removal_->model = nullptr;
@@ -61,6 +62,7 @@ bool DuplicateModel::viewDragAction(const std::string& path) {
 
 void DuplicateModel::clearResult() {
   endSorting();
+  endTicking();
   auto before = std::exchange(result_, std::make_shared<DuplicateResult>());
   tickedLeaves_.fill(0);
   tickedSize_ = 0;

@@ -52,8 +52,8 @@ class DuplicateModelListener {
 /// `pageChanged` with a finished search, `returnToFirstView` 1.5 s after stopping, and
 /// `doRemoveDuplicateAction` 0.5 s after the confirmation.
 ///
-/// What takes longer than a frame with a hundred thousand groups is done in the background: making
-/// the tree, sorting it, planning a removal.
+/// What takes longer than a frame with a hundred thousand groups is done in the background (making
+/// the tree, sorting it, planning a removal), or in several turns (ticking all).
 class DuplicateModel {
  public:
   DuplicateModel() = default;
@@ -103,7 +103,9 @@ class DuplicateModel {
   DuplicateView view() const { return view_; }
   bool isCanClick() const { return isCanClick_; }  ///< false while removing
   bool folderButtonEnabled() const { return isCanClick_ && !isSearching(); }
-  bool removeButtonEnabled() const { return isCanClick_ && !isSearching() && tickedLeaves_[0] > 0; }
+  bool removeButtonEnabled() const {
+    return isCanClick_ && !isSearching() && !isTicking() && tickedLeaves_[0] > 0;
+  }
   bool noResultShown() const { return leavesOfSegment(segment_) == 0; }
 
   /// The shown tree's root; null before the first result. Its groups have their copies as children.
@@ -116,13 +118,15 @@ class DuplicateModel {
   /// Selects a type, 0 to 6.
   void loadValueForSegment(std::size_t segment);
 
-  // Ticking. All of it is ignored while removing.
+  // Ticking. All of it is ignored while removing, and while all are being ticked.
 
   /// The checkbox of a leaf or of a group.
   void toggle(SimpleTreeNode& node);
   /// The tick-all box: on ticks all leaves but the last of each group shown, off unticks
-  /// everything.
+  /// everything. With few leaves it has ended when this returns; with more it goes on in further
+  /// turns of the main queue while `isTicking`.
   void setAllSelectOrNoSelect(bool on);
+  bool isTicking() const { return ticking_ != nullptr; }
   /// "sel", "unsel", or "halfsel" for a group of which some leaves are ticked.
   static const char* boxImage(const SimpleNodeData& data);
   /// The same for the tick-all box.
@@ -169,6 +173,7 @@ class DuplicateModel {
  private:
   struct Removal;
   struct Sorting;
+  struct Ticking;
   using Tell = void (DuplicateModelListener::*)();
 
   void tell(Tell what);
@@ -179,6 +184,7 @@ class DuplicateModel {
 
   void sort();
   void sortFinished();
+  void takeFoundOrder();
   void endSorting();
   void waitForSorting();
 
@@ -187,7 +193,9 @@ class DuplicateModel {
   void setSelectState(SimpleTreeNode& leaf);
   void tickAllButLast(SimpleTreeNode& group);
   void untickGroup(SimpleTreeNode& group);
-  void untickAll();
+  void tickGroups(const SimpleTreeNode& root, bool on);
+  void tickFurther();
+  void endTicking();
 
   static void deleteDupFiles(const std::shared_ptr<Removal>& removal);
   void takeRemoved();
@@ -218,6 +226,7 @@ class DuplicateModel {
   std::array<std::size_t, kDuplicateSegments> tickedLeaves_{};  ///< the first is the sum
   std::uint64_t tickedSize_ = 0;
   std::uint32_t nextTick_ = 1;
+  std::shared_ptr<Ticking> ticking_;
   std::size_t segment_ = 0;
   DuplicateColumn lastColumn_ = DuplicateColumn::none;
   bool sortDescending_ = false;

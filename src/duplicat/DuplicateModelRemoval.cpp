@@ -119,7 +119,7 @@ void DuplicateModel::deleteParentNode(SimpleTreeNode& group) {
 }
 
 std::string DuplicateModel::removeWarning() const {
-  if (removalTotal_ == 0 || isRemoving() || selectedCount() == 0) return {};
+  if (removalTotal_ == 0 || isRemoving() || isClickStopRemove_ || selectedCount() == 0) return {};
   const bool anyFailed = std::any_of(failures_.begin(), failures_.end(),
                                      [](const DuplicateFailure& each) { return each.wasTried; });
   return anyFailed ? "Some files that require admin access can't be removed!"
@@ -131,9 +131,9 @@ void DuplicateModel::deleteFinished() {
   takeRemoved();
   removal_->model = nullptr;
   removal_.reset();
-  if (isClickStopRemove_) untickAll();
   bSearchFinished_ = true;
   isCanClick_ = true;
+  if (isClickStopRemove_) setAllSelectOrNoSelect(false);
   tell(&DuplicateModelListener::allTicksChanged);
   tell(&DuplicateModelListener::countsChanged);
   tell(&DuplicateModelListener::pageChanged);

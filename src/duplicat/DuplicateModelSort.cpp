@@ -60,7 +60,7 @@ void DuplicateModel::sort() {
     sorting->isFound = true;
     sorting->isFound.notify_all();
     Dispatch::mainAsync([sorting]() mutable {
-      if (sorting->model != nullptr) sorting->model->sortFinished();
+      if (sorting->model != nullptr) sorting->model->takeFoundOrder();
       dropInBackground(std::move(sorting));
     });
   });
@@ -76,6 +76,11 @@ void DuplicateModel::sortFinished() {
   } else {
     sort();  // another header was pressed meanwhile
   }
+}
+
+// All groups are being ticked in the order in which they stand: then it waits.
+void DuplicateModel::takeFoundOrder() {
+  if (isSorting() && sorting_->isFound && !isTicking()) sortFinished();
 }
 
 // Nobody wants the order any more.

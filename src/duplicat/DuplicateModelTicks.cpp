@@ -1,6 +1,22 @@
+#include "Dispatch.h"
 #include "DuplicateModel.h"
 
 namespace brisko {
+namespace {
+
+// In one turn: about half a millisecond's work.
+constexpr std::size_t kLeavesAtOnce = 2000;
+
+}  // namespace
+
+// Group after group is ticked or unticked, over as many turns as it takes.
+struct DuplicateModel::Ticking {
+  const SimpleTreeNode::Children* groups;
+  bool on;
+  std::size_t next;       ///< the group where it goes on
+  DuplicateModel* model;  ///< null when it was given up
+};
+
 // Brings the counters of the leaf's group, type and of all up to date; not the group's state.
 void DuplicateModel::setTick(SimpleTreeNode& leaf, bool ticked) {
   SimpleNodeData& data = leaf.nodeData;
@@ -30,7 +46,7 @@ void DuplicateModel::recomputeGroup(SimpleTreeNode& group, std::size_t leaves) {
 }
 
 void DuplicateModel::toggle(SimpleTreeNode& node) {
-  if (!isCanClick_) return;
+  if (!isCanClick_ || isTicking()) return;
   if (node.nodeData.isLeaf && node.nodeData.selectNum == 1) {
     setTick(node, false);
     recomputeGroup(*node.nodeParent, node.nodeParent->numberOfChildren());
@@ -66,23 +82,44 @@ void DuplicateModel::untickGroup(SimpleTreeNode& group) {
   recomputeGroup(group, group.numberOfChildren());
 }
 
-void DuplicateModel::untickAll() {
-  if (selectedCount() == 0) return;
-  for (SimpleTreeNode* group : treeOfSegment(0)->children) {
-    if (group->nodeData.tickNumber > 0) untickGroup(*group);
-  }
+void DuplicateModel::setAllSelectOrNoSelect(bool on) {
+  if (!isCanClick_ || isTicking() || treeData() == nullptr) return;
+  tickGroups(*treeOfSegment(on ? segment_ : 0), on);
 }
 
-void DuplicateModel::setAllSelectOrNoSelect(bool on) {
-  if (!isCanClick_ || treeData() == nullptr) return;
-  if (on) {
-    for (SimpleTreeNode* group : treeData()->children)
-      tickAllButLast(*group);
-  } else {
-    untickAll();
+void DuplicateModel::tickGroups(const SimpleTreeNode& root, bool on) {
+  ticking_ = std::make_shared<Ticking>(Ticking{&root.children, on, 0, this});
+  tickFurther();
+}
+
+void DuplicateModel::tickFurther() {
+  const auto& groups = *ticking_->groups;
+  std::size_t leaves = 0;
+  while (ticking_->next < groups.size() && leaves < kLeavesAtOnce) {
+    SimpleTreeNode& group = *groups[ticking_->next++];
+    leaves += group.numberOfChildren();
+    if (ticking_->on) {
+      tickAllButLast(group);
+    } else if (group.nodeData.tickNumber > 0) {
+      untickGroup(group);
+    }
   }
+  if (ticking_->next < groups.size()) {
+    Dispatch::mainAsync([ticking = ticking_] {
+      if (ticking->model != nullptr) ticking->model->tickFurther();
+    });
+    return;
+  }
+  endTicking();
   tell(&DuplicateModelListener::allTicksChanged);
   tell(&DuplicateModelListener::countsChanged);
+  takeFoundOrder();
+}
+
+void DuplicateModel::endTicking() {
+  if (!isTicking()) return;
+  ticking_->model = nullptr;
+  ticking_.reset();
 }
 
 const char* DuplicateModel::boxImage(const SimpleNodeData& data) {

@@ -9,6 +9,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cstdint>
 
 namespace brisko {
 namespace {
@@ -20,6 +21,20 @@ bool isKept(const SimpleTreeNode& leaf) {
     return copy->nodeData.selectNum == 0;
   });
   return last != copies.rend() && *last == &leaf;
+}
+
+// An index holds its node, and in the lowest bit of the address whether that is a leaf: a layout
+// asks it of a hundred thousand groups, and looks into none of them so.
+constexpr std::uintptr_t kLeafBit = 1;
+static_assert(alignof(SimpleTreeNode) > kLeafBit);
+
+const void* handleOf(const SimpleTreeNode* node, bool isLeaf) {
+  return reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(node) |
+                                       (isLeaf ? kLeafBit : 0));
+}
+
+bool isLeaf(const QModelIndex& index) {
+  return (index.internalId() & kLeafBit) != 0;
 }
 
 QString spokenBox(const SimpleNodeData& data) {
@@ -91,7 +106,7 @@ void DuplicateTreeModel::allTicksChanged() {
 }
 
 SimpleTreeNode* DuplicateTreeModel::node(const QModelIndex& index) const {
-  return static_cast<SimpleTreeNode*>(index.internalPointer());
+  return reinterpret_cast<SimpleTreeNode*>(index.internalId() & ~kLeafBit);
 }
 
 QModelIndex DuplicateTreeModel::indexOf(SimpleTreeNode* group) const {
@@ -106,11 +121,12 @@ QModelIndex DuplicateTreeModel::index(int row, int column, const QModelIndex& pa
       static_cast<std::size_t>(row) >= above->children.size()) {
     return {};
   }
-  return createIndex(row, column, above->children[static_cast<std::size_t>(row)]);
+  const SimpleTreeNode* shown = above->children[static_cast<std::size_t>(row)];
+  return createIndex(row, column, handleOf(shown, parent.isValid()));
 }
 
 QModelIndex DuplicateTreeModel::parent(const QModelIndex& index) const {
-  if (!index.isValid() || !node(index)->nodeData.isLeaf) return {};
+  if (!index.isValid() || !isLeaf(index)) return {};
   return indexOf(node(index)->nodeParent);
 }
 
@@ -125,12 +141,13 @@ int DuplicateTreeModel::columnCount(const QModelIndex&) const {
 }
 
 bool DuplicateTreeModel::hasChildren(const QModelIndex& parent) const {
-  return rowCount(parent) > 0;
+  // A group in the outline has leaves.
+  return parent.isValid() ? parent.column() == 0 && !isLeaf(parent) : rowCount() > 0;
 }
 
 Qt::ItemFlags DuplicateTreeModel::flags(const QModelIndex& index) const {
   const Qt::ItemFlags plain = QAbstractItemModel::flags(index);
-  return index.isValid() && node(index)->nodeData.isLeaf ? plain | Qt::ItemNeverHasChildren : plain;
+  return index.isValid() && isLeaf(index) ? plain | Qt::ItemNeverHasChildren : plain;
 }
 
 QVariant DuplicateTreeModel::data(const QModelIndex& index, int role) const {

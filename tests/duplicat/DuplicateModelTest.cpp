@@ -519,8 +519,16 @@ TEST_F(DuplicateModelTest, ManyGroupsAreSortedMeanwhileAndTheLastClickCounts) {
       EXPECT_TRUE(isAfter(group->children[0], group->children[1]));
   }
 
-  // A removal and a new search that begin in the middle of it.
+  // All are ticked in several turns, whatever comes between them.
   model.setAllSelectOrNoSelect(true);
+  EXPECT_TRUE(model.isTicking());
+  model.toggle(*model.treeData()->children[0]);
+  model.didClickTableColumn(DuplicateColumn::NameColumn);
+  Dispatch::waitForBackground();
+  Dispatch::runUntil([&] { return !model.isTicking() && !model.isSorting(); });
+  EXPECT_EQ(model.selectedCount(), kGroups);
+
+  // A removal and a new search that begin in the middle of a sort.
   model.didClickTableColumn(DuplicateColumn::NameColumn);
   remove(model);
   EXPECT_EQ(model.removedPaths().size(), kGroups);
