@@ -101,8 +101,8 @@ void DuplicateTreeModel::groupChanged(const SimpleTreeNode* group) {
   Q_EMIT dataChanged(index(0, Checkbox, first), index(rowCount(first) - 1, count - 1, first));
 }
 
-void DuplicateTreeModel::allTicksChanged() {
-  if (rowCount() > 0) Q_EMIT dataChanged(index(0, Checkbox), index(rowCount() - 1, allSelectNum));
+void DuplicateTreeModel::rowChanged(const QModelIndex& row) {
+  Q_EMIT dataChanged(row.siblingAtColumn(Checkbox), row.siblingAtColumn(count - 1));
 }
 
 SimpleTreeNode* DuplicateTreeModel::node(const QModelIndex& index) const {

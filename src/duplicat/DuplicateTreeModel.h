@@ -35,8 +35,8 @@ class DuplicateTreeModel : public QAbstractItemModel {
 
   /// A group's ticks, or those of its leaves, changed.
   void groupChanged(const SimpleTreeNode* group);
-  /// Any ticks changed. The view is to draw itself anew: leaves are not listed one by one.
-  void allTicksChanged();
+  /// The ticks of this one row changed.
+  void rowChanged(const QModelIndex& row);
 
   SimpleTreeNode* node(const QModelIndex& index) const;
   /// The row of a group of the shown tree; none for others.
