@@ -61,7 +61,7 @@ std::size_t largeFileKind(const FileNode& node) {
   const std::string extension(pathExtension(node._name()));
   const int found = duplicateClass(extension);
   if (found == kOtherTypes) return kindOfOther(extension);
-  return kDuplicateClassSegments[static_cast<std::size_t>(found)];
+  return duplicateSegment(found);
 }
 
 QString largeFileKindTitle(std::size_t kind) {

@@ -5,6 +5,7 @@
 #include "ZkAuthorization.h"
 
 #include <cerrno>
+#include <system_error>
 #include <utility>
 
 #include <sys/stat.h>
@@ -39,8 +40,11 @@ bool isStillCopyOf(const DuplicateCopy& copy, const DuplicateCopy& other,
 DuplicateRemoval removeDuplicate(const DuplicateCopy& copy, const std::vector<DuplicateCopy>& group,
                                  const std::atomic<bool>& stop) {
   struct stat status;
-  if (lstat(copy.path.c_str(), &status) != 0 && errno == ENOENT) {
-    return staying(copy, RemovalOutcome::missing, "it is not there any more");
+  if (lstat(copy.path.c_str(), &status) != 0) {
+    if (errno == ENOENT || errno == ENOTDIR) {
+      return staying(copy, RemovalOutcome::missing, "it is not there any more");
+    }
+    return staying(copy, RemovalOutcome::failed, std::generic_category().message(errno));
   }
   if (S_ISLNK(status.st_mode)) {
     return staying(copy, RemovalOutcome::throughLink, "it is reached through a link");

@@ -1,6 +1,8 @@
 #include "DuplicateModel.h"
 
+#include "BackgroundDrop.h"
 #include "DuplicateModelRemoval.h"
+#include "NSNotificationCenter.h"
 #include "SystemLog.h"
 
 #include <fmt/format.h>
@@ -20,10 +22,19 @@ constexpr float kLowestShown = 6;
 // Kept for the life of the program: what is shown never goes backwards, whichever search it is.
 float highestShown = 0;
 
+// Folders are listed, then bundles compared, and from half way on files are read.
+const char* imageAtWork(const std::string& path, std::uint32_t percentage) {
+  if (getFileList::IsAppDirectory(path)) return "ic_app";
+  if (percentage < 50) return "ic_folder";
+  return duplicateImage(duplicateClass(pathExtension(path)));
+}
+
 }  // namespace
 
 DuplicateModel::~DuplicateModel() {
   if (duplicateOpt_) duplicateOpt_->stopSearch();
+  endSorting();
+  endTicking();
   if (removal_) {
     removal_->stop = true;
     removal_->model = nullptr;
@@ -50,9 +61,9 @@ bool DuplicateModel::viewDragAction(const std::string& path) {
 }
 
 void DuplicateModel::clearResult() {
-  roots_.fill(nullptr);
-  sizes_.fill(0);
-  leaves_.fill(0);
+  endSorting();
+  endTicking();
+  auto before = std::exchange(result_, std::make_shared<DuplicateResult>());
   tickedLeaves_.fill(0);
   tickedSize_ = 0;
   segment_ = 0;
@@ -61,9 +72,10 @@ void DuplicateModel::clearResult() {
   removedPaths_.clear();
   failures_.clear();
   freedBytes_ = 0;
+  skipped_.clear();
   // The listener lets go of the nodes before they go.
   tell(&DuplicateModelListener::treeReset);
-  tree_.reset();
+  dropInBackground(std::move(before));
 }
 
 void DuplicateModel::searchBtnClicked(const std::string& path) {
@@ -72,18 +84,24 @@ void DuplicateModel::searchBtnClicked(const std::string& path) {
   while (searchPath_.size() > 1 && searchPath_.ends_with('/'))
     searchPath_.pop_back();
   bSearchFinished_ = false;
+  isFinishDue_ = false;
   isStopScan_ = false;
   normalPro_ = 0;
   progress_ = 0;
   pathAtWork_ = searchPath_;
+  pathAtWorkImage_ = "ic_folder";
   clearResult();
   view_ = DuplicateView::progress;
   duplicateOpt_ = std::make_shared<DuplicateFilesOpt>();
   duplicateOpt_->setSearchOption(option_);
-  twDuplicateSearch_ =
-      ThreadWorker::workOn([opt = duplicateOpt_, root = searchPath_, limit = limitSize_](
-                               const ThreadWorker&) { opt->beginSearchAtPath(root, limit); },
-                           [this] { searchFinished(); });
+  const auto result = std::make_shared<DuplicateResult>();
+  twDuplicateSearch_ = ThreadWorker::workOn(
+      [opt = duplicateOpt_, result, root = searchPath_, limit = limitSize_](const ThreadWorker&) {
+        opt->beginSearchAtPath(root, limit);
+        std::unique_ptr<DuplicateTree> tree;
+        if (opt->getDuplicateFiles(tree)) result->constructSubtrees(std::move(tree));
+      },
+      [this, result] { searchFinished(result); });
   tell(&DuplicateModelListener::pageChanged);
   tell(&DuplicateModelListener::countsChanged);
   if (listener_ != nullptr) listener_->toProWithValue(0);
@@ -104,8 +122,10 @@ void DuplicateModel::returnToFirstView() {
 
 void DuplicateModel::getPathForSreachDuplicate() {
   if (!isSearching()) return;
-  getPrograss(duplicateOpt_->getProgress());
+  const std::uint32_t percentage = duplicateOpt_->getProgress();
+  getPrograss(percentage);
   pathAtWork_ = duplicateOpt_->getCurrentSearchFile();
+  pathAtWorkImage_ = imageAtWork(pathAtWork_, percentage);
 }
 
 void DuplicateModel::getPrograss(std::uint32_t percentage) {
@@ -121,40 +141,29 @@ void DuplicateModel::getPrograss(std::uint32_t percentage) {
   if (listener_ != nullptr) listener_->toProWithValue(progress_);
 }
 
-void DuplicateModel::searchFinished() {
+void DuplicateModel::searchFinished(std::shared_ptr<DuplicateResult> result) {
   twDuplicateSearch_.reset();
   skipped_ = duplicateOpt_->skipped();
-  if (duplicateOpt_->getDuplicateFiles(tree_)) constructSubtrees();
-  duplicateOpt_.reset();
+  result_ = std::move(result);
+  dropInBackground(std::move(duplicateOpt_));
+  isFinishDue_ = true;
   loadValueForSegment(0);
   tell(&DuplicateModelListener::pageChanged);
 }
 
 void DuplicateModel::delayBtnChangeStateTime() {
+  isFinishDue_ = false;
   bSearchFinished_ = true;
   pathAtWork_.clear();
+  if (!std::exchange(duplicateScaned_, true)) {
+    NSNotificationCenter::defaultCenter().postNotification(
+        {"changeViewActionForDuplicate", "", this, {}});
+  }
   if (!isStopScan_) view_ = DuplicateView::detail;
   tell(&DuplicateModelListener::pageChanged);
 }
 
 // What is shown.
-
-void DuplicateModel::constructSubtrees() {
-  roots_[0] = &tree_->root();
-  for (std::size_t i = 1; i < kDuplicateSegments; ++i)
-    roots_[i] = tree_->make(SimpleNodeData::groupDataWithName("Root"));
-  for (SimpleTreeNode* group : roots_[0]->children) {
-    const int number = duplicateClass(group->nodeData.extendName());
-    group->nodeData.Mark = true;
-    group->nodeData.fileType = static_cast<std::int8_t>(number);
-    const std::size_t segment = kDuplicateClassSegments[static_cast<std::size_t>(number)];
-    roots_[segment]->children.push_back(group);
-    for (const std::size_t each : {std::size_t{0}, segment}) {
-      sizes_[each] += group->nodeData.fileSize;
-      leaves_[each] += group->numberOfChildren();
-    }
-  }
-}
 
 std::string DuplicateModel::titleOfSegment(std::size_t segment) const {
   return segment == 0 ? lastPathComponent(searchPath_) : std::string(kDuplicateTitles[segment]);
@@ -168,29 +177,8 @@ void DuplicateModel::loadValueForSegment(std::size_t segment) {
   tell(&DuplicateModelListener::countsChanged);
 }
 
-void DuplicateModel::didClickTableColumn(DuplicateColumn column) {
-  if (treeData() == nullptr || column == DuplicateColumn::none || isRemoving()) return;
-  sortDescending_ = column == lastColumn_ && !sortDescending_;
-  lastColumn_ = column;
-  SimpleTreeNode& root = *treeData();
-  tell(&DuplicateModelListener::treeWillChange);
-  switch (column) {
-    case DuplicateColumn::NameColumn:
-      sortDescending_ ? root.decendingSortName() : root.acendingSortName();
-      break;
-    case DuplicateColumn::FileSize:
-      sortDescending_ ? root.decendingSortSize() : root.acendingSortSize();
-      break;
-    default:
-      sortDescending_ ? root.decendingSortDate() : root.acendingSortDate();
-      break;
-  }
-  tell(&DuplicateModelListener::treeDidChange);
-  tell(&DuplicateModelListener::pageChanged);
-}
-
 std::string DuplicateModel::filesText() const {
-  return fmt::format("{} files in {}", leaves_[segment_], titleOfSegment(segment_));
+  return fmt::format("{} files in {}", leavesOfSegment(segment_), titleOfSegment(segment_));
 }
 
 std::string DuplicateModel::selectedText() const {

@@ -2,6 +2,7 @@
 
 #include "DuplicateCopies.h"
 #include "DuplicateFilesOpt.h"
+#include "DuplicateResult.h"
 #include "DuplicateTypes.h"
 #include "SimpleTreeNode.h"
 #include "ThreadWorker.h"
@@ -12,7 +13,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace brisko {
@@ -52,7 +52,8 @@ class DuplicateModelListener {
 /// `pageChanged` with a finished search, `returnToFirstView` 1.5 s after stopping, and
 /// `doRemoveDuplicateAction` 0.5 s after the confirmation.
 ///
-/// Ticking and removing cost the same however many groups there are; sorting n log n.
+/// What takes longer than a frame with a hundred thousand groups is done in the background (making
+/// the tree, sorting it, planning a removal), or in several turns (ticking all).
 class DuplicateModel {
  public:
   DuplicateModel() = default;
@@ -82,14 +83,18 @@ class DuplicateModel {
   void returnToFirstView();
   /// Takes the progress and the path at work from the running search.
   void getPathForSreachDuplicate();
-  /// The last step of a finished search.
+  /// The last step of a finished search. Posts the notice "changeViewActionForDuplicate" when it is
+  /// the first one of this page.
   void delayBtnChangeStateTime();
+  /// A search has ended, and its last step is still to come.
+  bool isFinishDue() const { return isFinishDue_; }
 
   bool isSearching() const { return twDuplicateSearch_ != nullptr; }
   bool bSearchFinished() const { return bSearchFinished_; }
   bool isStopScan() const { return isStopScan_; }
   const std::string& searchPath() const { return searchPath_; }
   const std::string& pathAtWork() const { return pathAtWork_; }
+  const char* pathAtWorkImage() const { return pathAtWorkImage_; }
   float progress() const { return progress_; }  ///< 0 to 1, as last shown
   const std::vector<SkippedFolder>& skipped() const { return skipped_; }
 
@@ -98,44 +103,51 @@ class DuplicateModel {
   DuplicateView view() const { return view_; }
   bool isCanClick() const { return isCanClick_; }  ///< false while removing
   bool folderButtonEnabled() const { return isCanClick_ && !isSearching(); }
-  bool removeButtonEnabled() const { return isCanClick_ && !isSearching() && tickedLeaves_[0] > 0; }
-  bool noResultShown() const { return leaves_[segment_] == 0; }
+  bool removeButtonEnabled() const {
+    return isCanClick_ && !isSearching() && !isTicking() && tickedLeaves_[0] > 0;
+  }
+  bool noResultShown() const { return leavesOfSegment(segment_) == 0; }
 
   /// The shown tree's root; null before the first result. Its groups have their copies as children.
-  SimpleTreeNode* treeData() const { return roots_[segment_]; }
-  SimpleTreeNode* treeOfSegment(std::size_t segment) const { return roots_[segment]; }
+  SimpleTreeNode* treeData() const { return treeOfSegment(segment_); }
+  SimpleTreeNode* treeOfSegment(std::size_t segment) const { return result_->root(segment); }
   std::size_t remberWitchSelect() const { return segment_; }
   std::string titleOfSegment(std::size_t segment) const;
-  std::uint64_t sizeOfSegment(std::size_t segment) const { return sizes_[segment]; }
-  std::size_t leavesOfSegment(std::size_t segment) const { return leaves_[segment]; }
+  std::uint64_t sizeOfSegment(std::size_t segment) const { return result_->size(segment); }
+  std::size_t leavesOfSegment(std::size_t segment) const { return result_->leaves(segment); }
   /// Selects a type, 0 to 6.
   void loadValueForSegment(std::size_t segment);
 
-  // Ticking. All of it is ignored while removing.
+  // Ticking. All of it is ignored while removing, and while all are being ticked.
 
   /// The checkbox of a leaf or of a group.
   void toggle(SimpleTreeNode& node);
   /// The tick-all box: on ticks all leaves but the last of each group shown, off unticks
-  /// everything.
+  /// everything. With few leaves it has ended when this returns; with more it goes on in further
+  /// turns of the main queue while `isTicking`.
   void setAllSelectOrNoSelect(bool on);
+  bool isTicking() const { return ticking_ != nullptr; }
   /// "sel", "unsel", or "halfsel" for a group of which some leaves are ticked.
   static const char* boxImage(const SimpleNodeData& data);
   /// The same for the tick-all box.
   const char* allSelectImage() const;
   /// The ticked leaves in the order of ticking, which is that of their removal.
-  SimpleTreeNode::Children allSelectNumArr() const;
+  SimpleTreeNode::Children allSelectNumArr() const {
+    return treeOfSegment(0) == nullptr ? SimpleTreeNode::Children()
+                                       : tickedLeaves(*treeOfSegment(0));
+  }
   std::size_t selectedCount() const { return tickedLeaves_[0]; }
   std::uint64_t selectedSize() const { return tickedSize_; }  ///< bytes, as listed
 
   // Sorting.
 
-  /// A click on a column header: sorts the shown tree, groups and in them leaves; again on the same
-  /// column, the other way round.
+  /// A click on a column header: sorts the tree, groups and in them leaves; again on the same
+  /// column, the other way round. A small tree is sorted when this returns; of a large one the
+  /// order is found in the background. Ignored while removing.
   void didClickTableColumn(DuplicateColumn column);
+  bool isSorting() const { return sorting_ != nullptr; }
   DuplicateColumn lastColumn() const { return lastColumn_; }
   bool sortDescending() const { return sortDescending_; }
-  /// "ic_ascend" or "ic_deascend".
-  const char* sortImage() const { return sortDescending_ ? "ic_deascend" : "ic_ascend"; }
 
   // Counts.
 
@@ -157,35 +169,38 @@ class DuplicateModel {
   const std::vector<std::string>& removedPaths() const { return removedPaths_; }
   const std::vector<DuplicateFailure>& failures() const { return failures_; }
   std::uint64_t freedBytes() const { return freedBytes_; }  ///< what the file system gave back
-  bool removalWasStopped() const { return isClickStopRemove_; }
 
  private:
   struct Removal;
+  struct Sorting;
+  struct Ticking;
   using Tell = void (DuplicateModelListener::*)();
 
   void tell(Tell what);
   void tellGroup(SimpleTreeNode& group);
   void clearResult();
-  void searchFinished();
+  void searchFinished(std::shared_ptr<DuplicateResult> result);
   void getPrograss(std::uint32_t percentage);
-  void constructSubtrees();
+
+  void sort();
+  void sortFinished();
+  void takeFoundOrder();
+  void endSorting();
+  void waitForSorting();
 
   void setTick(SimpleTreeNode& leaf, bool ticked);
-  static void recomputeGroup(SimpleTreeNode& group);
+  static void recomputeGroup(SimpleTreeNode& group, std::size_t leaves);
   void setSelectState(SimpleTreeNode& leaf);
   void tickAllButLast(SimpleTreeNode& group);
   void untickGroup(SimpleTreeNode& group);
-  void untickAll();
+  void tickGroups(const SimpleTreeNode& root, bool on);
+  void tickFurther();
+  void endTicking();
 
-  /// Of groups that a batch changes: how many leaves they have left.
-  using LeavesLeft = std::unordered_map<SimpleTreeNode*, std::size_t>;
-
-  std::shared_ptr<Removal> planRemoval() const;
   static void deleteDupFiles(const std::shared_ptr<Removal>& removal);
   void takeRemoved();
-  void countOut(SimpleTreeNode& leaf);
-  void refreshOutlineView(SimpleTreeNode& leaf, LeavesLeft& leavesLeft);
-  void compact(const LeavesLeft& leavesLeft);
+  void refreshOutlineView(SimpleTreeNode& leaf, std::size_t& leavesLeft);
+  void deleteParentNode(SimpleTreeNode& group);
   void deleteFinished();
 
   DuplicateModelListener* listener_ = nullptr;
@@ -199,22 +214,23 @@ class DuplicateModel {
   float normalPro_ = 0;  ///< the creeping value, in percent
   float progress_ = 0;
   std::string pathAtWork_;
+  const char* pathAtWorkImage_ = "ic_folder";
   std::vector<SkippedFolder> skipped_;
   bool bSearchFinished_ = false;
+  bool isFinishDue_ = false;
+  bool duplicateScaned_ = false;
   bool isStopScan_ = false;
   DuplicateView view_ = DuplicateView::first;
 
-  std::unique_ptr<DuplicateTree> tree_;
-  std::array<SimpleTreeNode*, kDuplicateSegments> roots_{};
-  // Per segment; the first is the sum.
-  std::array<std::uint64_t, kDuplicateSegments> sizes_{};
-  std::array<std::size_t, kDuplicateSegments> leaves_{};
-  std::array<std::size_t, kDuplicateSegments> tickedLeaves_{};
+  std::shared_ptr<DuplicateResult> result_ = std::make_shared<DuplicateResult>();
+  std::array<std::size_t, kDuplicateSegments> tickedLeaves_{};  ///< the first is the sum
   std::uint64_t tickedSize_ = 0;
   std::uint32_t nextTick_ = 1;
+  std::shared_ptr<Ticking> ticking_;
   std::size_t segment_ = 0;
   DuplicateColumn lastColumn_ = DuplicateColumn::none;
   bool sortDescending_ = false;
+  std::shared_ptr<Sorting> sorting_;
 
   bool isCanClick_ = true;
   std::shared_ptr<Removal> removal_;

@@ -1,10 +1,12 @@
 #include "DuplicateModelRemoval.h"
 
 #include "Dispatch.h"
+#include "DuplicateRemovalPlan.h"
 
 #include <algorithm>
 #include <chrono>
 #include <unordered_map>
+#include <utility>
 
 namespace brisko {
 namespace {
@@ -14,39 +16,15 @@ using Clock = std::chrono::steady_clock;
 // The outline takes what was removed in batches: one update per file would keep the window busy.
 constexpr std::chrono::milliseconds kBatch{50};
 
-DuplicateCopy copyOf(const SimpleNodeData& data) {
-  return {data.name(), data.identity(), data.fileSize, data.isBundle, false};
-}
-
-std::size_t segmentOf(const SimpleTreeNode& group) {
-  return kDuplicateClassSegments[static_cast<std::size_t>(group.nodeData.fileType)];
-}
-
 }  // namespace
-
-std::shared_ptr<DuplicateModel::Removal> DuplicateModel::planRemoval() const {
-  auto removal = std::make_shared<Removal>();
-  std::unordered_map<const SimpleTreeNode*, std::size_t> groups;
-  for (SimpleTreeNode* leaf : allSelectNumArr()) {
-    const auto [known, isNew] = groups.try_emplace(leaf->nodeParent, groups.size());
-    if (isNew) {
-      auto& copies = removal->groups.emplace_back();
-      for (const SimpleTreeNode* each : leaf->nodeParent->children) {
-        if (each->nodeData.selectNum == 0) copies.push_back(copyOf(each->nodeData));
-      }
-    }
-    auto& copies = removal->groups[known->second];
-    removal->items.push_back({leaf, known->second, copies.size()});
-    copies.push_back(copyOf(leaf->nodeData));
-  }
-  return removal;
-}
 
 void DuplicateModel::doRemoveDuplicateAction() {
   if (!removeButtonEnabled()) return;
-  removal_ = planRemoval();
+  waitForSorting();
+  removal_ = std::make_shared<Removal>();
+  removal_->result = result_;
   removal_->model = this;
-  removalTotal_ = removal_->items.size();
+  removalTotal_ = selectedCount();
   isCanClick_ = false;
   isClickStopRemove_ = false;
   bSearchFinished_ = false;
@@ -66,17 +44,14 @@ void DuplicateModel::stopRemoveBtnClicked() {
 }
 
 void DuplicateModel::deleteDupFiles(const std::shared_ptr<Removal>& removal) {
+  auto plan = DuplicateRemovalPlan::of(*removal->result->root(0));
   auto lastTold = Clock::now();
-  for (const Removal::Item& item : removal->items) {
-    if (removal->stop) return;
-    auto& group = removal->groups[item.group];
-    DuplicateCopy& copy = group[item.copy];
-    DuplicateRemoval outcome = removeDuplicate(copy, group, removal->stop);
-    copy.isGone = outcome.report.removed();
+  for (std::size_t step = 0; step < plan.count() && !removal->stop; ++step) {
+    DuplicateRemoval outcome = plan.remove(step, removal->stop);
+    SimpleTreeNode* leaf = plan.leaf(step);
     {
       std::lock_guard lock(removal->mutex);
-      removal->outcomes.push_back({item.leaf, std::move(outcome)});
-      removal->pathAtWork = copy.path;
+      removal->outcomes.push_back({leaf, leaf->nodeData.name(), std::move(outcome)});
     }
     if (Clock::now() - lastTold < kBatch) continue;
     lastTold = Clock::now();
@@ -88,76 +63,63 @@ void DuplicateModel::deleteDupFiles(const std::shared_ptr<Removal>& removal) {
 
 void DuplicateModel::takeRemoved() {
   std::vector<Removal::Outcome> outcomes;
-  std::string path;
   {
     std::lock_guard lock(removal_->mutex);
     outcomes.swap(removal_->outcomes);
-    path = removal_->pathAtWork;
   }
   if (outcomes.empty()) return;
+  const std::string last = outcomes.back().path;
   tell(&DuplicateModelListener::treeWillChange);
-  LeavesLeft leavesLeft;
+  std::unordered_map<SimpleTreeNode*, std::size_t> leavesLeft;
   for (Removal::Outcome& outcome : outcomes) {
     RemovalReport& report = outcome.removal.report;
     freedBytes_ += report.freedBytes;
-    std::string name = outcome.leaf->nodeData.name();
     if (report.removed()) {
-      removedPaths_.push_back(std::move(name));
-      refreshOutlineView(*outcome.leaf, leavesLeft);
+      removedPaths_.push_back(std::move(outcome.path));
+      SimpleTreeNode* group = outcome.leaf->nodeParent;
+      const auto left = leavesLeft.try_emplace(group, group->numberOfChildren()).first;
+      refreshOutlineView(*outcome.leaf, left->second);
     } else if (report.outcome != RemovalOutcome::cancelled || !removal_->stop) {
-      failures_.push_back({std::move(name), std::move(report.reason), outcome.removal.wasTried});
+      failures_.push_back(
+          {std::move(outcome.path), std::move(report.reason), outcome.removal.wasTried});
     }
   }
-  compact(leavesLeft);
+  std::vector<SimpleTreeNode*> changed;
+  for (const auto& [group, left] : leavesLeft)
+    changed.push_back(group);
+  result_->dropGone(changed);
   tell(&DuplicateModelListener::treeDidChange);
   tell(&DuplicateModelListener::countsChanged);
   if (listener_ != nullptr) {
-    listener_->removalProgressed(path, removedPaths_.size() + failures_.size());
+    listener_->removalProgressed(last, removedPaths_.size() + failures_.size());
   }
 }
 
-void DuplicateModel::countOut(SimpleTreeNode& leaf) {
+// The leaf leaves its group, and a group with nothing left to compare leaves the outline.
+void DuplicateModel::refreshOutlineView(SimpleTreeNode& leaf, std::size_t& leavesLeft) {
+  SimpleTreeNode& group = *leaf.nodeParent;
+  const bool wasPartlyTicked = group.nodeData.selectNum == 2;
   setTick(leaf, false);
-  leaf.nodeData.isGone = true;
-  SimpleTreeNode& group = *leaf.nodeParent;
-  group.nodeData.fileSize -= leaf.nodeData.fileSize;
-  for (const std::size_t segment : {std::size_t{0}, segmentOf(group)}) {
-    sizes_[segment] -= leaf.nodeData.fileSize;
-    --leaves_[segment];
+  result_->countOut(leaf);
+  --leavesLeft;
+  if (leavesLeft == 0 || (wasPartlyTicked && leavesLeft == 1)) {
+    deleteParentNode(group);
+  } else {
+    recomputeGroup(group, leavesLeft);
   }
 }
 
-// A group that has no leaf any more, or of a partly ticked one a single leaf, goes too.
-void DuplicateModel::refreshOutlineView(SimpleTreeNode& leaf, LeavesLeft& leavesLeft) {
-  SimpleTreeNode& group = *leaf.nodeParent;
-  std::size_t& left = leavesLeft.try_emplace(&group, group.numberOfChildren()).first->second;
-  const int stateBefore = group.nodeData.selectNum;
-  countOut(leaf);
-  --left;
-  const std::size_t ticked = group.nodeData.tickNumber;
-  group.nodeData.selectNum = ticked == 0 ? 0 : ticked == left ? 1 : 2;
-  if (left == 0 || (stateBefore == 2 && left == 1)) group.nodeData.isGone = true;
-}
-
-void DuplicateModel::compact(const LeavesLeft& leavesLeft) {
-  const auto isGone = [](const SimpleTreeNode* node) { return node->nodeData.isGone; };
-  bool isAnyGroupGone = false;
-  for (const auto& [group, left] : leavesLeft) {
-    if (group->nodeData.isGone) {
-      isAnyGroupGone = true;
-      for (SimpleTreeNode* leaf : group->children) {
-        if (!leaf->nodeData.isGone) countOut(*leaf);
-      }
-    }
-    std::erase_if(group->children, isGone);
+void DuplicateModel::deleteParentNode(SimpleTreeNode& group) {
+  group.nodeData.isGone = true;
+  for (SimpleTreeNode* leaf : group.children) {
+    if (leaf->nodeData.isGone) continue;
+    setTick(*leaf, false);
+    result_->countOut(*leaf);
   }
-  if (!isAnyGroupGone) return;
-  for (SimpleTreeNode* root : roots_)
-    std::erase_if(root->children, isGone);
 }
 
 std::string DuplicateModel::removeWarning() const {
-  if (removalTotal_ == 0 || isRemoving() || selectedCount() == 0) return {};
+  if (removalTotal_ == 0 || isRemoving() || isClickStopRemove_ || selectedCount() == 0) return {};
   const bool anyFailed = std::any_of(failures_.begin(), failures_.end(),
                                      [](const DuplicateFailure& each) { return each.wasTried; });
   return anyFailed ? "Some files that require admin access can't be removed!"
@@ -169,9 +131,9 @@ void DuplicateModel::deleteFinished() {
   takeRemoved();
   removal_->model = nullptr;
   removal_.reset();
-  if (isClickStopRemove_) untickAll();
   bSearchFinished_ = true;
   isCanClick_ = true;
+  if (isClickStopRemove_) setAllSelectOrNoSelect(false);
   tell(&DuplicateModelListener::allTicksChanged);
   tell(&DuplicateModelListener::countsChanged);
   tell(&DuplicateModelListener::pageChanged);

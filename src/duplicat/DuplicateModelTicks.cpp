@@ -1,15 +1,21 @@
+#include "Dispatch.h"
 #include "DuplicateModel.h"
-
-#include <algorithm>
 
 namespace brisko {
 namespace {
 
-std::size_t segmentOf(const SimpleTreeNode& group) {
-  return kDuplicateClassSegments[static_cast<std::size_t>(group.nodeData.fileType)];
-}
+// In one turn: about half a millisecond's work.
+constexpr std::size_t kLeavesAtOnce = 2000;
 
 }  // namespace
+
+// Group after group is ticked or unticked, over as many turns as it takes.
+struct DuplicateModel::Ticking {
+  const SimpleTreeNode::Children* groups;
+  bool on;
+  std::size_t next;       ///< the group where it goes on
+  DuplicateModel* model;  ///< null when it was given up
+};
 
 // Brings the counters of the leaf's group, type and of all up to date; not the group's state.
 void DuplicateModel::setTick(SimpleTreeNode& leaf, bool ticked) {
@@ -33,16 +39,17 @@ void DuplicateModel::setTick(SimpleTreeNode& leaf, bool ticked) {
   }
 }
 
-void DuplicateModel::recomputeGroup(SimpleTreeNode& group) {
+// `leaves` are those that the group has left.
+void DuplicateModel::recomputeGroup(SimpleTreeNode& group, std::size_t leaves) {
   const std::size_t ticked = group.nodeData.tickNumber;
-  group.nodeData.selectNum = ticked == 0 ? 0 : ticked == group.numberOfChildren() ? 1 : 2;
+  group.nodeData.selectNum = ticked == 0 ? 0 : ticked == leaves ? 1 : 2;
 }
 
 void DuplicateModel::toggle(SimpleTreeNode& node) {
-  if (!isCanClick_) return;
+  if (!isCanClick_ || isTicking()) return;
   if (node.nodeData.isLeaf && node.nodeData.selectNum == 1) {
     setTick(node, false);
-    recomputeGroup(*node.nodeParent);
+    recomputeGroup(*node.nodeParent, node.nodeParent->numberOfChildren());
     tellGroup(*node.nodeParent);
   } else if (node.nodeData.isLeaf) {
     setSelectState(node);
@@ -58,7 +65,7 @@ void DuplicateModel::setSelectState(SimpleTreeNode& leaf) {
   const bool isLast = group.nodeData.tickNumber + 1 >= group.numberOfChildren();
   if (isLast && !(askDeleteAll_ && askDeleteAll_())) return;
   setTick(leaf, true);
-  recomputeGroup(group);
+  recomputeGroup(group, group.numberOfChildren());
   tellGroup(group);
 }
 
@@ -66,31 +73,53 @@ void DuplicateModel::setSelectState(SimpleTreeNode& leaf) {
 void DuplicateModel::tickAllButLast(SimpleTreeNode& group) {
   for (SimpleTreeNode* leaf : group.children)
     setTick(*leaf, leaf != group.children.back());
-  recomputeGroup(group);
+  recomputeGroup(group, group.numberOfChildren());
 }
 
 void DuplicateModel::untickGroup(SimpleTreeNode& group) {
   for (SimpleTreeNode* leaf : group.children)
     setTick(*leaf, false);
-  recomputeGroup(group);
-}
-
-void DuplicateModel::untickAll() {
-  if (roots_[0] == nullptr) return;
-  for (SimpleTreeNode* group : roots_[0]->children)
-    untickGroup(*group);
+  recomputeGroup(group, group.numberOfChildren());
 }
 
 void DuplicateModel::setAllSelectOrNoSelect(bool on) {
-  if (!isCanClick_ || treeData() == nullptr) return;
-  if (on) {
-    for (SimpleTreeNode* group : treeData()->children)
-      tickAllButLast(*group);
-  } else {
-    untickAll();
+  if (!isCanClick_ || isTicking() || treeData() == nullptr) return;
+  tickGroups(*treeOfSegment(on ? segment_ : 0), on);
+}
+
+void DuplicateModel::tickGroups(const SimpleTreeNode& root, bool on) {
+  ticking_ = std::make_shared<Ticking>(Ticking{&root.children, on, 0, this});
+  tickFurther();
+}
+
+void DuplicateModel::tickFurther() {
+  const auto& groups = *ticking_->groups;
+  std::size_t leaves = 0;
+  while (ticking_->next < groups.size() && leaves < kLeavesAtOnce) {
+    SimpleTreeNode& group = *groups[ticking_->next++];
+    leaves += group.numberOfChildren();
+    if (ticking_->on) {
+      tickAllButLast(group);
+    } else if (group.nodeData.tickNumber > 0) {
+      untickGroup(group);
+    }
   }
+  if (ticking_->next < groups.size()) {
+    Dispatch::mainAsync([ticking = ticking_] {
+      if (ticking->model != nullptr) ticking->model->tickFurther();
+    });
+    return;
+  }
+  endTicking();
   tell(&DuplicateModelListener::allTicksChanged);
   tell(&DuplicateModelListener::countsChanged);
+  takeFoundOrder();
+}
+
+void DuplicateModel::endTicking() {
+  if (!isTicking()) return;
+  ticking_->model = nullptr;
+  ticking_.reset();
 }
 
 const char* DuplicateModel::boxImage(const SimpleNodeData& data) {
@@ -101,21 +130,7 @@ const char* DuplicateModel::boxImage(const SimpleNodeData& data) {
 const char* DuplicateModel::allSelectImage() const {
   const std::size_t ticked = tickedLeaves_[segment_];
   if (ticked == 0) return "unsel";
-  return ticked == leaves_[segment_] ? "sel" : "halfsel";
-}
-
-SimpleTreeNode::Children DuplicateModel::allSelectNumArr() const {
-  SimpleTreeNode::Children ticked;
-  if (roots_[0] == nullptr) return ticked;
-  ticked.reserve(selectedCount());
-  for (const SimpleTreeNode* group : roots_[0]->children) {
-    std::copy_if(group->children.begin(), group->children.end(), std::back_inserter(ticked),
-                 [](const SimpleTreeNode* leaf) { return leaf->nodeData.selectNum == 1; });
-  }
-  std::sort(ticked.begin(), ticked.end(), [](const SimpleTreeNode* a, const SimpleTreeNode* b) {
-    return a->nodeData.tickNumber < b->nodeData.tickNumber;
-  });
-  return ticked;
+  return ticked == leavesOfSegment(segment_) ? "sel" : "halfsel";
 }
 
 }  // namespace brisko

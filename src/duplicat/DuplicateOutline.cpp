@@ -1,78 +1,53 @@
 #include "DuplicateOutline.h"
 
+#include "DuplicateModel.h"
+#include "DuplicateOutlineDelegate.h"
 #include "DuplicateTreeModel.h"
-#include "EntryTable.h"
 #include "ImageCheckBox.h"
-#include "ImageLookup.h"
-#include "LocalizedString.h"
 #include "SortHeaderView.h"
 #include "Theme.h"
 
-#include <QPainter>
+#include <utility>
+#include <vector>
 
 namespace brisko {
 namespace {
 
-class OutlineDelegate : public QStyledItemDelegate {
- public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-
-  QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
-    return {40, DuplicateOutline::kRowHeight};
+DuplicateColumn sortedColumn(int section) {
+  switch (section) {
+    case DuplicateTreeModel::NameColumn:
+      return DuplicateColumn::NameColumn;
+    case DuplicateTreeModel::FileSize:
+      return DuplicateColumn::FileSize;
+    case DuplicateTreeModel::ModifyDate:
+      return DuplicateColumn::ModifyDate;
+    default:
+      return DuplicateColumn::none;
   }
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override {
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    paintRowGround(painter, option.rect, (option.state & QStyle::State_Selected) != 0);
-    const std::string image = index.data(ImageNameRole).toString().toStdString();
-    if (index.column() == DuplicateTreeModel::Checkbox) {
-      paintBox(painter, option.rect, index);
-    } else if (index.column() == DuplicateTreeModel::NameColumn) {
-      paintName(painter, option.rect, index, image);
-    } else {
-      painter->setFont(Theme::shared().font(12));
-      painter->setPen(themeColor(Theme::Token::textSecondary));
-      painter->drawText(option.rect.adjusted(Space::tiny, 0, -Space::large, 0),
-                        Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
-                        index.data().toString());
-    }
-    painter->restore();
-  }
-
- private:
-  static void paintName(QPainter* painter, const QRect& rect, const QModelIndex& index,
-                        const std::string& image) {
-    const bool isGroup = !index.parent().isValid();
-    QRect area = rect.adjusted(Space::tiny, 0, -Space::small, 0);
-    ImageLookup::paint(painter, image, QRectF(area.left(), area.center().y() - 8.5, 18, 18));
-    area.setLeft(area.left() + 18 + Space::small);
-    if (index.data(KeptRole).toBool()) {
-      paintTag(painter, area, getLocalizedString("Kept"), Theme::Token::success);
-    }
-    if (index.data(HardLinkRole).toBool()) {
-      paintTag(painter, area, getLocalizedString("Hard link"), Theme::Token::textDimmed);
-    }
-    painter->setFont(Theme::shared().font(13, isGroup ? QFont::DemiBold : QFont::Normal));
-    painter->setPen(themeColor(isGroup ? Theme::Token::text : Theme::Token::textSecondary));
-    // Of a path the end tells copies apart.
-    const QString text = painter->fontMetrics().elidedText(
-        index.data().toString(), isGroup ? Qt::ElideMiddle : Qt::ElideLeft, area.width());
-    painter->drawText(area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
-  }
-};
+}
 
 }  // namespace
 
-DuplicateOutline::DuplicateOutline(QWidget* parent) : CheckOutline(parent) {
+DuplicateOutline::DuplicateOutline(QWidget* parent)
+    : CheckOutline(parent), tree_(new DuplicateTreeModel(this)) {
   setHeader(new SortHeaderView(this));
   setTabOrder(header(), this);
-  setItemDelegate(new OutlineDelegate(this));
+  setItemDelegate(new DuplicateOutlineDelegate(this));
+  setModel(tree_);
+  setUpColumns();
+  connect(this, &CheckOutline::toggleRequested, this,
+          [this](const QModelIndex& index) { Q_EMIT nodeToggleRequested(tree_->node(index)); });
+  connect(this, &CheckOutline::currentRowChanged, this,
+          [this] { Q_EMIT currentNodeChanged(currentNode()); });
+  connect(this, &QTreeView::expanded, this,
+          [this](const QModelIndex& index) { opened_.insert(tree_->node(index)); });
+  connect(this, &QTreeView::collapsed, this,
+          [this](const QModelIndex& index) { opened_.erase(tree_->node(index)); });
+  connect(header(), &QHeaderView::sectionClicked, this,
+          [this](int section) { Q_EMIT didClickTableColumn(sortedColumn(section)); });
 }
 
-void DuplicateOutline::setTree(DuplicateTreeModel* tree) {
-  setModel(tree);
+void DuplicateOutline::setUpColumns() {
   // An outline that does not sort by itself takes this away from its header.
   header()->setSectionsClickable(true);
   header()->setStretchLastSection(false);
@@ -98,12 +73,81 @@ ImageCheckBox* DuplicateOutline::selectAllBox() const {
   return static_cast<CheckHeaderView*>(header())->checkBox();
 }
 
+SimpleTreeNode* DuplicateOutline::currentNode() const {
+  return currentIndex().isValid() ? tree_->node(currentIndex()) : nullptr;
+}
+
 void DuplicateOutline::openRow(const QModelIndex& row) {
   if (row.parent().isValid()) {
-    Q_EMIT revealRequested(row);
+    Q_EMIT revealRequested();
   } else {
     CheckOutline::openRow(row);
   }
+}
+
+// Whether a group stands in the tree that is shown.
+bool DuplicateOutline::isShown(const SimpleTreeNode& group) const {
+  return segment_ == 0 || segmentOf(group) == segment_;
+}
+
+void DuplicateOutline::showTree(const SimpleTreeNode* root, std::size_t segment) {
+  if (root == nullptr) opened_.clear();
+  segment_ = segment;
+  SimpleTreeNode* current = root == nullptr ? nullptr : currentNode();
+  tree_->reloadData(root);
+  if (tree_->rowCount() == 0) {
+    Q_EMIT currentNodeChanged(nullptr);
+    return;
+  }
+  openAgain();
+  // A copy's row is found by way of its group, which stays highlighted in its stead.
+  if (current != nullptr && current->nodeData.isLeaf) current = current->nodeParent;
+  const bool staysCurrent = current != nullptr && isShown(*current);
+  setCurrentIndex(staysCurrent ? tree_->indexOf(current) : tree_->index(0, 0));
+}
+
+void DuplicateOutline::openFirst() {
+  expand(tree_->index(0, 0));
+  setCurrentIndex(tree_->index(0, 0));
+}
+
+void DuplicateOutline::openAgain() {
+  std::erase_if(opened_, [](const SimpleTreeNode* group) { return group->nodeData.isGone; });
+  // A copy, because opening tells that it was opened.
+  for (SimpleTreeNode* group : std::vector<SimpleTreeNode*>(opened_.begin(), opened_.end())) {
+    if (isShown(*group)) expand(tree_->indexOf(group));
+  }
+}
+
+void DuplicateOutline::nodesWillMove() {
+  tree_->nodesWillMove();
+}
+
+void DuplicateOutline::nodesHaveMoved() {
+  tree_->nodesHaveMoved();
+  Q_EMIT currentNodeChanged(currentNode());
+}
+
+void DuplicateOutline::groupChanged(SimpleTreeNode* group) {
+  tree_->groupChanged(group);
+}
+
+// Only for what is in sight: the rest is asked for when it comes there, and a view takes longer
+// than a frame over a notice for a hundred thousand rows.
+void DuplicateOutline::allTicksChanged() {
+  QModelIndex row = indexAt({0, 0});
+  for (; row.isValid() && visualRect(row).top() < viewport()->height(); row = indexBelow(row))
+    tree_->rowChanged(row);
+}
+
+// The header moves its mark by itself when it is pressed, so this is said after each press.
+void DuplicateOutline::showSortMark(DuplicateColumn column, bool descending) {
+  int section = -1;
+  for (int each = 0; each < DuplicateTreeModel::count; ++each) {
+    if (column != DuplicateColumn::none && sortedColumn(each) == column) section = each;
+  }
+  header()->setSortIndicatorShown(section >= 0);
+  header()->setSortIndicator(section, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 }  // namespace brisko

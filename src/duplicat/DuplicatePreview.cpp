@@ -23,7 +23,7 @@ void DuplicatePreview::show(const SimpleTreeNode* node) {
   const SimpleNodeData& shown = copy->nodeData;
   Item item;
   item.path = shown.name();
-  item.imageName = duplicateImage(*copy);
+  item.imageName = copy->iconRep();
   item.facts = QString::fromStdString(CommUti::longlongDiskSize(shown.fileSize));
   if (!shown.isBundle) item.facts += QLatin1Char('\n') + modificationDateText(shown);
   item.hasContent = !shown.isBundle;

@@ -9,6 +9,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cstdint>
 
 namespace brisko {
 namespace {
@@ -22,29 +23,26 @@ bool isKept(const SimpleTreeNode& leaf) {
   return last != copies.rend() && *last == &leaf;
 }
 
+// An index holds its node, and in the lowest bit of the address whether that is a leaf: a layout
+// asks it of a hundred thousand groups, and looks into none of them so.
+constexpr std::uintptr_t kLeafBit = 1;
+static_assert(alignof(SimpleTreeNode) > kLeafBit);
+
+const void* handleOf(const SimpleTreeNode* node, bool isLeaf) {
+  return reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(node) |
+                                       (isLeaf ? kLeafBit : 0));
+}
+
+bool isLeaf(const QModelIndex& index) {
+  return (index.internalId() & kLeafBit) != 0;
+}
+
 QString spokenBox(const SimpleNodeData& data) {
   if (data.selectNum == 0) return getLocalizedString("not selected");
   return getLocalizedString(data.selectNum == 1 ? "selected" : "partly selected");
 }
 
 }  // namespace
-
-const char* duplicateImage(const SimpleTreeNode& node) {
-  const SimpleTreeNode& group = node.nodeData.isLeaf ? *node.nodeParent : node;
-  if (group.nodeData.isBundle) return "ic_app";
-  switch (group.nodeData.fileType) {
-    case 2:
-      return "ic_itunes";
-    case 3:
-      return "ic_video";
-    case 4:
-      return "ic_archive";
-    case 5:
-      return "ic_picture";
-    default:
-      return "ic_file";
-  }
-}
 
 QString modificationDateText(const SimpleNodeData& data) {
   const auto moment = QDateTime::fromSecsSinceEpoch(data.ModificationDate.seconds);
@@ -103,12 +101,12 @@ void DuplicateTreeModel::groupChanged(const SimpleTreeNode* group) {
   Q_EMIT dataChanged(index(0, Checkbox, first), index(rowCount(first) - 1, count - 1, first));
 }
 
-void DuplicateTreeModel::allTicksChanged() {
-  if (rowCount() > 0) Q_EMIT dataChanged(index(0, Checkbox), index(rowCount() - 1, allSelectNum));
+void DuplicateTreeModel::rowChanged(const QModelIndex& row) {
+  Q_EMIT dataChanged(row.siblingAtColumn(Checkbox), row.siblingAtColumn(count - 1));
 }
 
 SimpleTreeNode* DuplicateTreeModel::node(const QModelIndex& index) const {
-  return static_cast<SimpleTreeNode*>(index.internalPointer());
+  return reinterpret_cast<SimpleTreeNode*>(index.internalId() & ~kLeafBit);
 }
 
 QModelIndex DuplicateTreeModel::indexOf(SimpleTreeNode* group) const {
@@ -123,11 +121,12 @@ QModelIndex DuplicateTreeModel::index(int row, int column, const QModelIndex& pa
       static_cast<std::size_t>(row) >= above->children.size()) {
     return {};
   }
-  return createIndex(row, column, above->children[static_cast<std::size_t>(row)]);
+  const SimpleTreeNode* shown = above->children[static_cast<std::size_t>(row)];
+  return createIndex(row, column, handleOf(shown, parent.isValid()));
 }
 
 QModelIndex DuplicateTreeModel::parent(const QModelIndex& index) const {
-  if (!index.isValid() || !node(index)->nodeData.isLeaf) return {};
+  if (!index.isValid() || !isLeaf(index)) return {};
   return indexOf(node(index)->nodeParent);
 }
 
@@ -142,12 +141,13 @@ int DuplicateTreeModel::columnCount(const QModelIndex&) const {
 }
 
 bool DuplicateTreeModel::hasChildren(const QModelIndex& parent) const {
-  return rowCount(parent) > 0;
+  // A group in the outline has leaves.
+  return parent.isValid() ? parent.column() == 0 && !isLeaf(parent) : rowCount() > 0;
 }
 
 Qt::ItemFlags DuplicateTreeModel::flags(const QModelIndex& index) const {
   const Qt::ItemFlags plain = QAbstractItemModel::flags(index);
-  return index.isValid() && node(index)->nodeData.isLeaf ? plain | Qt::ItemNeverHasChildren : plain;
+  return index.isValid() && isLeaf(index) ? plain | Qt::ItemNeverHasChildren : plain;
 }
 
 QVariant DuplicateTreeModel::data(const QModelIndex& index, int role) const {
@@ -174,7 +174,7 @@ QVariant DuplicateTreeModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-QString DuplicateTreeModel::text(const SimpleTreeNode& node, int column) const {
+QString DuplicateTreeModel::text(const SimpleTreeNode& node, int column) {
   switch (column) {
     case NameColumn:
       return displayText(node.nodeData.name());
@@ -189,9 +189,9 @@ QString DuplicateTreeModel::text(const SimpleTreeNode& node, int column) const {
   }
 }
 
-QString DuplicateTreeModel::imageName(const SimpleTreeNode& node, int column) const {
+QString DuplicateTreeModel::imageName(const SimpleTreeNode& node, int column) {
   if (column == Checkbox) return QLatin1String(DuplicateModel::boxImage(node.nodeData));
-  return column == NameColumn ? QLatin1String(duplicateImage(node)) : QString();
+  return column == NameColumn ? QLatin1String(node.iconRep()) : QString();
 }
 
 QVariant DuplicateTreeModel::headerData(int section, Qt::Orientation orientation, int role) const {

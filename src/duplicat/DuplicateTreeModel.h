@@ -35,8 +35,8 @@ class DuplicateTreeModel : public QAbstractItemModel {
 
   /// A group's ticks, or those of its leaves, changed.
   void groupChanged(const SimpleTreeNode* group);
-  /// Any ticks changed. The view is to draw itself anew: leaves are not listed one by one.
-  void allTicksChanged();
+  /// The ticks of this one row changed.
+  void rowChanged(const QModelIndex& row);
 
   SimpleTreeNode* node(const QModelIndex& index) const;
   /// The row of a group of the shown tree; none for others.
@@ -53,14 +53,11 @@ class DuplicateTreeModel : public QAbstractItemModel {
 
  private:
   int rowOf(const SimpleTreeNode* node) const;
-  QString text(const SimpleTreeNode& node, int column) const;
-  QString imageName(const SimpleTreeNode& node, int column) const;
+  static QString text(const SimpleTreeNode& node, int column);
+  static QString imageName(const SimpleTreeNode& node, int column);
 
   const SimpleTreeNode* root_ = nullptr;
 };
-
-/// The image for a group's type class, or for a copy in it.
-const char* duplicateImage(const SimpleTreeNode& node);
 
 /// A copy's date in the user's short form.
 QString modificationDateText(const SimpleNodeData& data);

@@ -51,4 +51,19 @@ int duplicateClass(std::string_view extendName) {
   return found == classes->end() ? kOtherTypes : found->second;
 }
 
+const char* duplicateImage(int fileType) {
+  switch (fileType) {
+    case 2:
+      return "ic_itunes";
+    case 3:
+      return "ic_video";
+    case 4:
+      return "ic_archive";
+    case 5:
+      return "ic_picture";
+    default:
+      return "ic_file";
+  }
+}
+
 }  // namespace brisko

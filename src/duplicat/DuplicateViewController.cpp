@@ -1,7 +1,7 @@
 #include "DuplicateViewController.h"
 
 #include "CommUti.h"
-#include "DuplicateTreeModel.h"
+#include "DuplicatePanels.h"
 #include "Host.h"
 #include "ImageCheckBox.h"
 #include "ImageLookup.h"
@@ -11,8 +11,6 @@
 #include "fileAttrbItem.h"
 #include "ui_DuplicateViewController.h"
 
-#include <QFile>
-#include <QFileDialog>
 #include <QTimerEvent>
 
 namespace brisko {
@@ -24,39 +22,23 @@ constexpr int kFinishDelay = 1000;
 constexpr int kReturnDelay = 1500;
 constexpr int kRemovalDelay = 500;
 
-std::optional<std::string> askForFolder(QWidget* parent) {
-  QFileDialog chooser(parent, getLocalizedString("Choose a path to search"));
-  chooser.setFileMode(QFileDialog::Directory);
-  chooser.setOption(QFileDialog::ShowDirsOnly);
-  chooser.setLabelText(QFileDialog::Accept, getLocalizedString("Choose"));
-  if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) return {};
-  return QFile::encodeName(chooser.selectedFiles().constFirst()).toStdString();
-}
-
-QString skippedText(std::size_t count) {
-  return filledIn(getLocalizedString(count == 1 ? "%@ folder in it could not be read."
-                                                : "%@ folders in it could not be read."),
-                  QString::number(count));
-}
-
 }  // namespace
 
 DuplicateViewController::DuplicateViewController()
-    : PageController(3),
-      ui_(std::make_unique<Ui::DuplicateViewController>()),
-      tree_(new DuplicateTreeModel(this)) {
+    : PageController(3), ui_(std::make_unique<Ui::DuplicateViewController>()) {
   ui_->setupUi(getView());
   getView()->setFocusPolicy(Qt::ClickFocus);
-  choose_ = [this] { return askForFolder(getView()); };
+  choose_ = [this] { return chooseSearchFolder(getView()); };
   const Module& module = moduleTable()[3];
   ui_->startView->show("ill_duplicate", getLocalizedString(module.label),
                        getLocalizedString("Drop a folder here, or choose one to search."));
   ui_->stopScanButton->setLook(RingButton::Look::working);
   ui_->endImageView->setImageName("ill_success");
   ui_->endImageView->setImageSide(160);
-  setUpOutline();
+  ui_->outline->setAccessibleName(getLocalizedString("Duplicate files"));
   connectControls();
-  model_.setDeleteAllQuestion([this] { return userWantsAll(); });
+  connectOutline();
+  model_.setDeleteAllQuestion([this] { return askDeleteAll(getView()); });
   model_.setListener(this);
   pageChanged();
   countsChanged();
@@ -77,11 +59,33 @@ void DuplicateViewController::connectControls() {
   onClick(ui_->backHomeButton, &DuplicateViewController::returnToStart);
   onClick(ui_->nothingButton, &DuplicateViewController::returnToStart);
   onClick(ui_->endButton, &DuplicateViewController::returnToStart);
-  onClick(ui_->skippedButton, &DuplicateViewController::tellSkipped);
+  for (QAbstractButton* button : {ui_->skippedButton, ui_->nothingSkippedButton}) {
+    connect(button, &QAbstractButton::clicked, this,
+            [this] { tellSkipped(getView(), model_.skipped()); });
+  }
   onClick(ui_->removeButton, &DuplicateViewController::removeBtnClicked);
   onClick(ui_->stopRemoveButton, &DuplicateViewController::stopRemoveBtnClicked);
   connect(ui_->dropArea, &DropArea::viewDragAction, this, &DuplicateViewController::viewDragAction);
   connect(ui_->segments, &SegmentBar::segmentSelect, this, &DuplicateViewController::segmentSelect);
+}
+
+void DuplicateViewController::connectOutline() {
+  DuplicateOutline* outline = ui_->outline;
+  connect(outline, &DuplicateOutline::nodeToggleRequested, this, [this](SimpleTreeNode* node) {
+    if (!isRemovalDue()) model_.toggle(*node);
+  });
+  connect(outline, &DuplicateOutline::currentNodeChanged, this,
+          [this](const SimpleTreeNode* node) { ui_->preview->show(node); });
+  connect(outline, &DuplicateOutline::didClickTableColumn, this, [this](DuplicateColumn column) {
+    if (!isRemovalDue()) model_.didClickTableColumn(column);
+    ui_->outline->showSortMark(model_.lastColumn(), model_.sortDescending());
+  });
+  connect(outline, &DuplicateOutline::revealRequested, this,
+          &DuplicateViewController::openFinderWhenClickItems);
+  connect(outline->selectAllBox(), &QAbstractButton::clicked, this,
+          &DuplicateViewController::setAllSelectOrNoSelect);
+  connect(ui_->preview, &DuplicatePreview::showInFinderWhenClickItems, this,
+          &DuplicateViewController::showInFinderWhenClickItems);
 }
 
 // What is pressed.
@@ -114,9 +118,10 @@ void DuplicateViewController::setAllSelectOrNoSelect() {
 }
 
 void DuplicateViewController::openFinderWhenClickItems() {
-  const QModelIndex current = ui_->outline->currentIndex();
-  if (!current.isValid() || !tree_->node(current)->nodeData.isLeaf) return;
-  showInFinderWhenClickItems(tree_->node(current)->nodeData.name());
+  const SimpleTreeNode* current = ui_->outline->currentNode();
+  if (current != nullptr && current->nodeData.isLeaf) {
+    showInFinderWhenClickItems(current->nodeData.name());
+  }
 }
 
 void DuplicateViewController::showInFinderWhenClickItems(const std::string& path) {
@@ -134,13 +139,13 @@ void DuplicateViewController::deleteFileButtonAction() {
 void DuplicateViewController::keepTime() {
   if (model_.isSearching()) {
     finishTimer_.stop();
-    if (!model_.isStopScan()) returnTimer_.stop();
+    if (model_.isStopScan()) return newTimer_.stop();
+    returnTimer_.stop();
     if (!newTimer_.isActive()) newTimer_.start(kPollInterval, this);
     return;
   }
   newTimer_.stop();
-  const bool isJustOver = model_.view() == DuplicateView::progress && !model_.bSearchFinished();
-  if (isJustOver && !finishTimer_.isActive()) finishTimer_.start(kFinishDelay, this);
+  if (model_.isFinishDue() && !finishTimer_.isActive()) finishTimer_.start(kFinishDelay, this);
 }
 
 void DuplicateViewController::timerEvent(QTimerEvent* event) {
@@ -149,7 +154,7 @@ void DuplicateViewController::timerEvent(QTimerEvent* event) {
     showProgress();
   } else if (event->timerId() == finishTimer_.timerId()) {
     finishTimer_.stop();
-    searchIsOver();
+    model_.delayBtnChangeStateTime();
   } else if (event->timerId() == returnTimer_.timerId()) {
     returnTimer_.stop();
     model_.returnToFirstView();
@@ -159,18 +164,8 @@ void DuplicateViewController::timerEvent(QTimerEvent* event) {
   }
 }
 
-void DuplicateViewController::searchIsOver() {
-  model_.delayBtnChangeStateTime();
-  if (!duplicateScaned_) {
-    duplicateScaned_ = true;
-    Q_EMIT changeViewActionForDuplicate();
-  }
-  if (!model_.isStopScan()) Q_EMIT changeToDetailView();
-}
-
-void DuplicateViewController::toProWithValue(float value) {
+void DuplicateViewController::toProWithValue(float) {
   showProgress();
-  Q_EMIT searchProgressed(value);
 }
 
 // What the model says.
@@ -179,7 +174,7 @@ void DuplicateViewController::pageChanged() {
   keepTime();
   showView();
   showProgress();
-  showSortMark();
+  ui_->outline->showSortMark(model_.lastColumn(), model_.sortDescending());
   showSegments();
   showRemoving();
   showSkipped();
@@ -201,14 +196,22 @@ void DuplicateViewController::showView() {
   if (before->isAncestorOf(before->window()->focusWidget())) getView()->setFocus();
   ui_->views->setCurrentWidget(shown);
   if (shown == ui_->detailView) ui_->outline->setFocus();
-  if (shown == ui_->nothingView) {
-    const std::size_t skipped = model_.skipped().size();
-    const QString sentence =
-        skipped == 0 ? filledIn(getLocalizedString("Every file in “%@” is there only once."),
-                                displayText(lastPathComponent(model_.searchPath())))
-                     : skippedText(skipped);
-    ui_->nothingIntro->show("ill_empty", getLocalizedString("No duplicates"), sentence);
+  if (shown == ui_->nothingView) showNothing();
+}
+
+void DuplicateViewController::showNothing() {
+  const auto& skipped = model_.skipped();
+  const QString folder = displayText(lastPathComponent(model_.searchPath()));
+  QString title = getLocalizedString("No duplicates");
+  QString sentence = filledIn(getLocalizedString("Every file in “%@” is there only once."), folder);
+  if (!skipped.empty()) sentence = skippedText(skipped.size());
+  const bool isUnreadable = skipped.size() == 1 && skipped[0].path == model_.searchPath();
+  if (isUnreadable) {
+    title = filledIn(getLocalizedString("“%@” could not be read"), folder);
+    sentence = displayText(skipped[0].reason);
   }
+  ui_->nothingIntro->show("ill_empty", title, sentence);
+  ui_->nothingSkippedButton->setVisible(!skipped.empty() && !isUnreadable);
 }
 
 void DuplicateViewController::showProgress() {
@@ -219,6 +222,7 @@ void DuplicateViewController::showProgress() {
   ui_->stopScanButton->setText(getLocalizedString(model_.isStopScan() ? "Stopping" : "Stop"));
   ui_->progressTitle->setText(filledIn(getLocalizedString("Looking for duplicates in “%@”"),
                                        displayText(lastPathComponent(model_.searchPath()))));
+  ui_->searchImageView->setImageName(model_.pathAtWorkImage());
   QLabel* label = ui_->searchPathLabel;
   label->setText(label->fontMetrics().elidedText(displayText(model_.pathAtWork()), Qt::ElideMiddle,
                                                  label->width()));
@@ -228,24 +232,13 @@ void DuplicateViewController::showProgress() {
 void DuplicateViewController::showSkipped() {
   const std::size_t count = model_.skipped().size();
   ui_->skippedButton->setVisible(count > 0 && !model_.isSearching());
-  ui_->skippedButton->setText(
+  const QString text =
       filledIn(getLocalizedString(count == 1 ? "%@ Folder Left Out" : "%@ Folders Left Out"),
-               QString::number(count)));
-  ui_->skippedButton->setToolTip(toolTipText(skippedText(count)));
-}
-
-void DuplicateViewController::tellSkipped() {
-  using Style = MessagePanel::Answer::Style;
-  MessagePanel::Content content;
-  content.imageName = "ic_warning";
-  content.title = skippedText(model_.skipped().size());
-  content.text = getLocalizedString("Copies in there were not looked for.");
-  for (const SkippedFolder& folder : model_.skipped()) {
-    content.details << displayText(folder.path) + QStringLiteral("\n    ") +
-                           displayText(folder.reason);
+               QString::number(count));
+  for (QAbstractButton* button : {ui_->skippedButton, ui_->nothingSkippedButton}) {
+    button->setText(text);
+    button->setToolTip(toolTipText(skippedText(count)));
   }
-  content.answers = {{getLocalizedString("Done"), Style::primary, 0}};
-  MessagePanel::run(content, getView());
 }
 
 void DuplicateViewController::showSegments() {
@@ -260,9 +253,14 @@ void DuplicateViewController::showSegments() {
   ui_->segments->setCurrent(static_cast<int>(model_.remberWitchSelect()));
 }
 
-void DuplicateViewController::countsChanged() {
+// The number of ticked copies, behind that of all.
+void DuplicateViewController::setSelectCount() {
   ui_->summaryLabel->setText(displayText(model_.summary()));
   ui_->summaryLabel->setToolTip(toolTipText(displayText(model_.filesText())));
+}
+
+void DuplicateViewController::countsChanged() {
+  setSelectCount();
   ui_->outline->selectAllBox()->setImageName(model_.allSelectImage());
   const bool isEmpty = model_.noResultShown();
   ui_->outlineCard->setVisible(!isEmpty);
@@ -274,6 +272,30 @@ void DuplicateViewController::countsChanged() {
   }
   showSegments();
   showRemoving();
+}
+
+// The outline.
+
+void DuplicateViewController::treeReset() {
+  ui_->outline->showTree(model_.treeData(), model_.remberWitchSelect());
+  // The result of a search.
+  if (model_.view() == DuplicateView::progress) ui_->outline->openFirst();
+}
+
+void DuplicateViewController::treeWillChange() {
+  ui_->outline->nodesWillMove();
+}
+
+void DuplicateViewController::treeDidChange() {
+  ui_->outline->nodesHaveMoved();
+}
+
+void DuplicateViewController::groupChanged(SimpleTreeNode* group) {
+  ui_->outline->groupChanged(group);
+}
+
+void DuplicateViewController::allTicksChanged() {
+  ui_->outline->allTicksChanged();
 }
 
 }  // namespace brisko

@@ -9,15 +9,12 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_set>
 
 namespace Ui {
 class DuplicateViewController;
 }
 
 namespace brisko {
-
-class DuplicateTreeModel;
 
 /// The page of the Duplicate File Cleaner: shows what its model says, and tells it what was
 /// pressed. It is the module's page and the controller of its three views in one.
@@ -51,14 +48,6 @@ class DuplicateViewController : public PageController, private DuplicateModelLis
 
   DuplicateModel& model() { return model_; }
 
- Q_SIGNALS:
-  /// A search is going on; 0 to 1.
-  void searchProgressed(float value);
-  /// A search of this page has ended for the first time.
-  void changeViewActionForDuplicate();
-  /// The results of a search that was not stopped are shown.
-  void changeToDetailView();
-
  protected:
   void timerEvent(QTimerEvent* event) override;
 
@@ -75,34 +64,26 @@ class DuplicateViewController : public PageController, private DuplicateModelLis
   void removalEnded() override;
 
   bool isRemovalDue() const { return removalTimer_.isActive(); }
-  void setUpOutline();
   void connectControls();
+  void connectOutline();
   void keepTime();
-  void searchIsOver();
   void showView();
-  void showDetail();
+  void showNothing();
   void showProgress();
   void showSegments();
-  void showSortMark();
+  void setSelectCount();
   void showEnd();
   void showRemoving();
-  void showFailures(const QString& title);
   void showSkipped();
-  void tellSkipped();
-  void openAgain();
-  bool userWantsAll();
   void returnToStart();
 
   DuplicateModel model_;
   std::unique_ptr<Ui::DuplicateViewController> ui_;
-  DuplicateTreeModel* tree_;
   std::function<std::optional<std::string>()> choose_;
   QBasicTimer newTimer_;      ///< looks after a running search
   QBasicTimer finishTimer_;   ///< from a search's end to its results
   QBasicTimer returnTimer_;   ///< from stopping a search to the first view
   QBasicTimer removalTimer_;  ///< from the confirmation to the removal
-  bool duplicateScaned_ = false;
-  std::unordered_set<SimpleTreeNode*> opened_;  ///< groups that the user left open, of any type
 };
 
 using SameFileDeleteViewController = DuplicateViewController;

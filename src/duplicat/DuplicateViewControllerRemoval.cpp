@@ -1,9 +1,8 @@
 // The removal as the page shows it: asking, progress, and what stayed.
 
 #include "CommUti.h"
-#include "DuplicateTreeModel.h"
+#include "DuplicatePanels.h"
 #include "DuplicateViewController.h"
-#include "EntryTable.h"
 #include "ImageCheckBox.h"
 #include "LocalizedString.h"
 #include "MarkSureDeleteWC.h"
@@ -28,16 +27,6 @@ void DuplicateViewController::stopRemoveBtnClicked() {
   model_.stopRemoveBtnClicked();
 }
 
-bool DuplicateViewController::userWantsAll() {
-  using Style = MessagePanel::Answer::Style;
-  MessagePanel::Content content;
-  content.imageName = "ic_warning";
-  content.title = getLocalizedString("Are you sure you want to delete all the duplicate files?");
-  content.answers = {{getLocalizedString("Cancel"), Style::plain, 0},
-                     {getLocalizedString("OK"), Style::danger, 1}};
-  return MessagePanel::run(content, getView()) == 1;
-}
-
 void DuplicateViewController::showRemoving() {
   const bool isBusy = model_.isRemoving() || isRemovalDue();
   const bool hadFocus = ui_->removeButton->hasFocus() || ui_->stopRemoveButton->hasFocus();
@@ -53,8 +42,9 @@ void DuplicateViewController::showRemoving() {
     ui_->summaryLabel->setText(getLocalizedString("Removing…"));
   }
   if (!isBusy && !ui_->stopRemoveButton->isHidden()) {
-    ui_->summaryLabel->setText(displayText(model_.summary()));
+    setSelectCount();
   }
+  ui_->loadingView->setVisible(isBusy);
   ui_->stopRemoveButton->setVisible(isBusy);
   ui_->removalBar->setVisible(isBusy);
   ui_->backHomeButton->setEnabled(!isBusy);
@@ -74,26 +64,13 @@ void DuplicateViewController::removalProgressed(const std::string& path, std::si
 void DuplicateViewController::removalEnded() {
   const std::string warning = model_.removeWarning();
   if (!warning.empty()) {
-    tree_->allTicksChanged();
-    showFailures(getLocalizedString(warning.c_str()));
+    ui_->outline->allTicksChanged();
+    tellFailures(getView(), getLocalizedString(warning.c_str()), model_.failures());
   } else if (!model_.failures().empty()) {
     // After stopping nothing stays ticked, but what stayed is not passed over in silence.
-    showFailures(getLocalizedString("Some files could not be removed"));
+    tellFailures(getView(), getLocalizedString("Some files could not be removed"),
+                 model_.failures());
   }
-}
-
-void DuplicateViewController::showFailures(const QString& title) {
-  using Style = MessagePanel::Answer::Style;
-  MessagePanel::Content content;
-  content.imageName = "ic_warning";
-  content.title = title;
-  content.text = getLocalizedString("They are still where they were.");
-  for (const DuplicateFailure& failure : model_.failures()) {
-    content.details << displayText(failure.path) + QStringLiteral("\n    ") +
-                           displayText(failure.reason);
-  }
-  content.answers = {{getLocalizedString("Done"), Style::primary, 0}};
-  MessagePanel::run(content, getView());
 }
 
 void DuplicateViewController::showEnd() {

@@ -1,7 +1,5 @@
 #include "SimpleNodeData.h"
 
-#include "Host.h"
-
 #include <cstring>
 
 namespace brisko {
@@ -26,11 +24,6 @@ SimpleNodeData SimpleNodeData::groupDataWithName(const char* name) {
 std::string_view SimpleNodeData::extendName() const {
   if (isLeaf) return {};
   return isBundle ? "APP" : pathExtension(tail);
-}
-
-std::string SimpleNodeData::iconRep() const {
-  Workspace* workspace = Host::current().workspace.get();
-  return workspace == nullptr ? std::string() : workspace->iconName(name());
 }
 
 FileIdentity SimpleNodeData::identity() const {

@@ -45,8 +45,6 @@ struct SimpleNodeData : TreeNodeData {
   bool isExpandable() const { return !isLeaf; }
   /// Group: the extension by which it is classed, "APP" for bundles. Leaf: empty.
   std::string_view extendName() const;
-  /// The icon's name in the desktop's naming convention; found out when asked for.
-  std::string iconRep() const;
   /// Leaf: which item the path named when it was listed.
   FileIdentity identity() const;
 

@@ -1,8 +1,11 @@
 #include "SimpleTreeNode.h"
 
+#include "DuplicateTypes.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace brisko {
@@ -23,6 +26,61 @@ std::size_t commonBeginning(const SimpleTreeNode::Children& nodes) {
   }
   return common;
 }
+
+// Sorts lists of nodes, one after the other. Most pairs are told apart by a number that stands
+// beside the node's address, without going to the nodes: with a hundred thousand groups that is
+// most of the time.
+class NodeSorter {
+ public:
+  NodeSorter(SortKey key, bool descending) : descending_(descending) {
+    switch (key) {
+      case SortKey::name:
+        rank_ = &SimpleNodeData::rankName;
+        compare_ = descending ? &SimpleNodeData::compareNameR : &SimpleNodeData::compareName;
+        break;
+      case SortKey::size:
+        rank_ = &SimpleNodeData::rankSize;
+        compare_ = descending ? &SimpleNodeData::compareSizeR : &SimpleNodeData::compareSize;
+        break;
+      case SortKey::date:
+        rank_ = &SimpleNodeData::rankDate;
+        compare_ = descending ? &SimpleNodeData::compareDateR : &SimpleNodeData::compareDate;
+        break;
+    }
+  }
+
+  /// False when the nodes stand in order already.
+  bool sort(const SimpleTreeNode::Children& nodes) {
+    entries_.clear();
+    const std::size_t common = commonBeginning(nodes);
+    for (SimpleTreeNode* node : nodes) {
+      const std::uint64_t value = (node->nodeData.*rank_)(common);
+      entries_.push_back({descending_ ? ~value : value, node});
+    }
+    const auto isBefore = [this](const Entry& a, const Entry& b) {
+      if (a.rank != b.rank) return a.rank < b.rank;
+      return (a.node->nodeData.*compare_)(b.node->nodeData) < 0;
+    };
+    if (std::is_sorted(entries_.begin(), entries_.end(), isBefore)) return false;
+    std::stable_sort(entries_.begin(), entries_.end(), isBefore);
+    return true;
+  }
+
+  void appendTo(SimpleTreeNode::Children& nodes) const {
+    std::transform(entries_.begin(), entries_.end(), std::back_inserter(nodes),
+                   [](const Entry& entry) { return entry.node; });
+  }
+
+ private:
+  struct Entry {
+    std::uint64_t rank;
+    SimpleTreeNode* node;
+  };
+  bool descending_;
+  std::uint64_t (SimpleNodeData::*rank_)(std::size_t) const = nullptr;
+  int (SimpleNodeData::*compare_)(const SimpleNodeData&) const = nullptr;
+  std::vector<Entry> entries_;
+};
 
 }  // namespace
 
@@ -53,33 +111,32 @@ std::string SimpleTreeNode::showSelectNumStr() const {
   return fmt::format("{}/{}", nodeData.tickNumber, children.size());
 }
 
-// Most pairs are told apart by a number that stands beside the node's address, without going to the
-// nodes: with a hundred thousand groups that is most of the time.
-void SimpleTreeNode::sort(Rank rank, Compare compare, bool descending) {
-  struct Entry {
-    std::uint64_t rank;
-    SimpleTreeNode* node;
-  };
-  std::vector<Entry> entries;
-  const auto sortChildren = [&](Children& nodes) {
-    entries.clear();
-    const std::size_t common = commonBeginning(nodes);
-    for (SimpleTreeNode* node : nodes) {
-      const std::uint64_t value = (node->nodeData.*rank)(common);
-      entries.push_back({descending ? ~value : value, node});
-    }
-    const auto isBefore = [compare](const Entry& a, const Entry& b) {
-      if (a.rank != b.rank) return a.rank < b.rank;
-      return (a.node->nodeData.*compare)(b.node->nodeData) < 0;
-    };
-    if (std::is_sorted(entries.begin(), entries.end(), isBefore)) return;
-    std::stable_sort(entries.begin(), entries.end(), isBefore);
-    std::transform(entries.begin(), entries.end(), nodes.begin(),
-                   [](const Entry& entry) { return entry.node; });
-  };
-  sortChildren(children);
-  for (SimpleTreeNode* child : children)
-    sortChildren(child->children);
+const char* SimpleTreeNode::iconRep() const {
+  const SimpleTreeNode& group = nodeData.isLeaf ? *nodeParent : *this;
+  return group.nodeData.isBundle ? "ic_app" : duplicateImage(group.nodeData.fileType);
+}
+
+SimpleTreeNode::Order SimpleTreeNode::sorted(SortKey key, bool descending) const {
+  NodeSorter sorter(key, descending);
+  Order order;
+  sorter.sort(children);
+  sorter.appendTo(order.children);
+  for (SimpleTreeNode* child : children) {
+    if (!sorter.sort(child->children)) continue;
+    order.changed.push_back(child);
+    sorter.appendTo(order.below);
+  }
+  return order;
+}
+
+void SimpleTreeNode::take(const Order& order) {
+  children = order.children;
+  auto next = order.below.begin();
+  for (SimpleTreeNode* child : order.changed) {
+    const auto count = static_cast<std::ptrdiff_t>(child->children.size());
+    std::copy_n(next, count, child->children.begin());
+    next += count;
+  }
 }
 
 DuplicateTree::DuplicateTree() : root_(make(SimpleNodeData::groupDataWithName("Root"))) {}

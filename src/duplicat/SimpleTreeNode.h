@@ -12,7 +12,11 @@
 
 namespace brisko {
 
-/// A node of the two-level tree root, groups, copies. Belongs to the main thread.
+/// What nodes are sorted by.
+enum class SortKey : int { name, size, date };
+
+/// A node of the two-level tree root, groups, copies. Belongs to one thread at a time: the
+/// search's, then the main thread.
 ///
 /// Groups stand under two roots, the one with all groups and that of their type class; `nodeParent`
 /// is the first. Nodes are owned by their tree and not by each other, so one that was taken out of
@@ -40,19 +44,28 @@ class SimpleTreeNode {
 
   /// Group: "ticked/all" of its leaves.
   std::string showSelectNumStr() const;
+  /// The name of the row's image: that of its group's type, or of bundles.
+  const char* iconRep() const;
 
   // Each sorts the children and then theirs. What compares equal keeps its order.
-  void acendingSortName() { sort(&SimpleNodeData::rankName, &SimpleNodeData::compareName, false); }
-  void acendingSortSize() { sort(&SimpleNodeData::rankSize, &SimpleNodeData::compareSize, false); }
-  void acendingSortDate() { sort(&SimpleNodeData::rankDate, &SimpleNodeData::compareDate, false); }
-  void decendingSortName() { sort(&SimpleNodeData::rankName, &SimpleNodeData::compareNameR, true); }
-  void decendingSortSize() { sort(&SimpleNodeData::rankSize, &SimpleNodeData::compareSizeR, true); }
-  void decendingSortDate() { sort(&SimpleNodeData::rankDate, &SimpleNodeData::compareDateR, true); }
+  void acendingSortName() { take(sorted(SortKey::name, false)); }
+  void acendingSortSize() { take(sorted(SortKey::size, false)); }
+  void acendingSortDate() { take(sorted(SortKey::date, false)); }
+  void decendingSortName() { take(sorted(SortKey::name, true)); }
+  void decendingSortSize() { take(sorted(SortKey::size, true)); }
+  void decendingSortDate() { take(sorted(SortKey::date, true)); }
 
- private:
-  using Compare = int (SimpleNodeData::*)(const SimpleNodeData&) const;
-  using Rank = std::uint64_t (SimpleNodeData::*)(std::size_t) const;
-  void sort(Rank rank, Compare compare, bool descending);
+  /// How the children of a node, and theirs, stand when they are sorted.
+  struct Order {
+    Children children;
+    Children changed;  ///< those children whose own ones stand in another order than now
+    Children below;    ///< all children of the changed ones, one after the other's
+  };
+  /// Finds an order and changes nothing. Any thread, while nobody changes lists of children, nor
+  /// what is compared.
+  Order sorted(SortKey key, bool descending) const;
+  /// Puts an order into effect for which the same children are still there.
+  void take(const Order& order);
 };
 
 /// The tree of one search's results, and the owner of its nodes.

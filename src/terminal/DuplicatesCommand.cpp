@@ -37,6 +37,11 @@ void giveBackLargeBlocks() {
 #endif
 }
 
+void tickAll(DuplicateModel& model) {
+  model.setAllSelectOrNoSelect(true);
+  Dispatch::runUntil([&] { return !model.isTicking(); });
+}
+
 }  // namespace
 
 void DuplicatesCommand::declare(CLI::App& app) {
@@ -100,7 +105,7 @@ void DuplicatesCommand::search(DuplicateModel& model) const {
 }
 
 int DuplicatesCommand::remove(DuplicateModel& model, const GlobalOptions& global) const {
-  model.setAllSelectOrNoSelect(true);
+  tickAll(model);
   if (model.selectedCount() == 0) return kDone;
   const std::string question = fmt::format("Remove {}, {}? One copy of each group is kept.",
                                            countedCopies(model.selectedCount()),
@@ -147,7 +152,7 @@ int DuplicatesCommand::execute(const GlobalOptions& global) {
     writeError("interrupted while searching; these are the groups found so far");
     status = kInterrupted;
   } else if (remove_ && global.dryRun) {
-    model.setAllSelectOrNoSelect(true);
+    tickAll(model);
     report.writePlan();
   } else if (isRemoving && report.isWritten()) {
     status = remove(model, global);

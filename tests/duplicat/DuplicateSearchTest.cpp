@@ -292,20 +292,6 @@ TEST(DuplicateSearch, PassesOverFilesThatChangeBetweenListingAndReading) {
   changer.join();
 }
 
-TEST(DuplicateSearch, HardLinksAreGroupedAndMarked) {
-  TemporaryFolder folder;
-  const std::string file = folder.file("a", std::string(50000, 'h'));
-  ASSERT_EQ(link(file.c_str(), (folder / "b").c_str()), 0);
-  folder.file("c", std::string(50000, 'h'));
-  DuplicateFilesOpt opt;
-  opt.beginSearchAtPath(folder.path(), 0);
-  std::unique_ptr<DuplicateTree> tree;
-  ASSERT_TRUE(opt.getDuplicateFiles(tree));
-  ASSERT_EQ(tree->root().children[0]->numberOfChildren(), 3U);
-  for (const auto& leaf : tree->root().children[0]->children)
-    EXPECT_EQ(leaf->nodeData.hardLink, leaf->nodeData.name() != folder / "c");
-}
-
 TEST(DuplicateSearch, PathsLongerThanTheSystemTakesAtOnceAreSearched) {
   TemporaryFolder folder;
   const int start = open(folder.path().c_str(), O_RDONLY | O_DIRECTORY);

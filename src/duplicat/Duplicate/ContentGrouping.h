@@ -35,6 +35,11 @@ class ContentGrouping {
   std::vector<Candidate*> run();
 
  private:
+  // Files up to this size are read whole at once: opening a file again costs more than reading it.
+  static constexpr std::uint64_t kFirstPiece = 16 * 1024;
+  // From here on files are streamed: few at a time, the longest first.
+  static constexpr std::uint64_t kStreamed = std::uint64_t{1} << 20;
+
   // One candidate in a class: members of a class stand together in list order. What refining asks
   // for stands here and not in the candidates, which lie scattered in memory by then.
   struct Member {
@@ -61,6 +66,8 @@ class ContentGrouping {
   ReadPlan planReading(std::uint64_t from);
   template <typename Work>
   void readAll(std::uint64_t from, std::size_t bufferSize, Work work);
+  void logUnread(const ReadPlan& plan) const;
+  void takeFromOtherName(Member& member, const Member& read);
   void countOut(Member& member);
   std::vector<Candidate*> inGroupOrder();
 

@@ -57,8 +57,7 @@ class TreeBuilder {
       data.fileSize += leaf->nodeData.fileSize;
     markHardLinks(leaves_);
     SimpleTreeNode* group = tree_.make(data, leaves_);
-    group->nodeParent = &tree_.root();
-    tree_.root().children.push_back(group);
+    tree_.root().insertChild(group, tree_.root().numberOfChildren());
     leaves_.clear();
   }
 

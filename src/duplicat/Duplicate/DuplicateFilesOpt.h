@@ -34,7 +34,7 @@ class DuplicateFilesOpt {
 
   /// Makes the tree, bundle groups before file groups, out of what the search found, which it hands
   /// over with that. False, with `tree` as it was, without a search or when it found nothing. To be
-  /// called after the search, on the main thread.
+  /// called once, after the search.
   ///
   /// The children of a group stand in the order in which its files were found, except that the
   /// first of the later ones comes last: it is the copy that is kept.

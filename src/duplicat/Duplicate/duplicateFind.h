@@ -61,7 +61,6 @@ class duplicateFind {
 
   /// Folders that could not be read. To be asked after the search.
   const std::vector<SkippedFolder>& skipped() const { return skipped_; }
-  std::uint64_t allFileCount() const { return m_allFileCount; }
 
  private:
   bool findDuplicate();
