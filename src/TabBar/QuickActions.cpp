@@ -37,6 +37,11 @@ SwitchState turnDarkMode(bool isOn) {
 
 void writeOpenNight(bool isOn) {
   PropertyList table = Resources::settings(ZKLinkUrl::kTable);
+  // The file is written in place, and a full disk cuts it: the links in it are not to go with it.
+  if (!table.isDictionary()) {
+    table =
+        PropertyList::parse(Resources::builtIn(ZKLinkUrl::kTable).value_or(""), ZKLinkUrl::kTable);
+  }
   table.set(kOpenNight, isOn);
   Resources::writeTable(ZKLinkUrl::kTable, table);
 }

@@ -98,9 +98,8 @@ PropertyList Resources::settings(std::string_view name) {
   const auto parsed = [name](const auto& content) {
     return content ? PropertyList::parse(*content, name) : PropertyList();
   };
-  // A damaged one counts as none: what it held is written anew with the next change.
-  const PropertyList given = parsed(contentIn(environment("BRISKO_RESOURCES"), name));
-  if (given.isDictionary()) return given;
+  const auto given = contentIn(environment("BRISKO_RESOURCES"), name);
+  if (given) return parsed(given);
   return overlaid(parsed(builtIn(name)), parsed(contentIn(userFolder(), name)));
 }
 
