@@ -159,7 +159,7 @@ QLabel* UpdateWindowController::noteField(const QString& text, const QString& no
   field->setWordWrap(true);
   field->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   field->setFont(noteFont());
-  field->setToolTip(note.toHtmlEscaped());
+  field->setToolTip(toolTipText(note));
   field->show();
   return field;
 }

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <vector>
-
 #include "TCVolumDetail.h"
+
+#include <vector>
 
 namespace brisko {
 
 /// Enumerates the mounted volumes, one by one, from the file-system layer.
 class TCDiskVolums {
  public:
-  /// Looks again and returns what is mounted now. Optical volumes that cannot be ejected are left out.
+  /// Looks again and returns what is mounted now. Optical volumes that cannot be ejected are left
+  /// out.
   const std::vector<TCVolumDetail>& allDiskVolums();
 
  private:

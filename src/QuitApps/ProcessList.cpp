@@ -60,8 +60,8 @@ ProcessList processListOf(std::string_view text) {
 }
 
 std::optional<ProcessList> readProcessList() {
-  const HostTools::Outcome outcome = HostTools::run(
-      {"ps", "-eo", "start,user,pid,pcpu,vsz,rss,etime,utime,stime,msgsnd,msgrcv"});
+  const HostTools::Outcome outcome =
+      HostTools::run({"ps", "-eo", "start,user,pid,pcpu,vsz,rss,etime,utime,stime,msgsnd,msgrcv"});
   if (outcome.status != 0) return std::nullopt;
   return processListOf(outcome.output);
 }

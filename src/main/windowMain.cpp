@@ -1,5 +1,5 @@
-// The window's program. brisko starts it, with the root that it has checked and with --verbose when it
-// was told so itself.
+// The window's program. brisko starts it, with the root that it has checked and with --verbose when
+// it was told so itself.
 
 #include "Dispatch.h"
 #include "Host.h"

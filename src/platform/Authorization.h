@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileIdentity.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -8,11 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "FileIdentity.h"
-
 namespace brisko {
 
-/// The administrator's right: asked for once, kept by a helper, used for one closed set of commands.
+/// The administrator's right: asked for once, kept by a helper, used for one closed set of
+/// commands.
 ///
 /// Statuses are 0 for success and otherwise a number of the host, fit for the log.
 class Authorization {
@@ -29,17 +30,17 @@ class Authorization {
   };
 
   static constexpr int kCancelled = -60006;  ///< the user refused or closed the prompt
-  static constexpr int kDenied = -60005;      ///< the right was not given, or the command is refused
+  static constexpr int kDenied = -60005;     ///< the right was not given, or the command is refused
   static constexpr int kInvalid = -60002;    ///< no such handle or form
-  static constexpr int kToolFailed = -60031; ///< the helper could not be started or has gone
+  static constexpr int kToolFailed = -60031;  ///< the helper could not be started or has gone
 
   virtual ~Authorization() = default;
 
   /// Makes a handle that holds no right yet.
   virtual int create(Reference& reference) = 0;
 
-  /// Obtains `right` for the handle; may show the system's prompt when interaction is allowed. Blocks
-  /// until the user has answered.
+  /// Obtains `right` for the handle; may show the system's prompt when interaction is allowed.
+  /// Blocks until the user has answered.
   virtual int copyRights(Reference reference, const std::string& right, unsigned flags) = 0;
 
   virtual int makeExternalForm(Reference reference, ExternalForm& form) = 0;
@@ -56,17 +57,17 @@ class Authorization {
 
   /// Runs `tool` with `arguments` as administrator on a handle that holds the right, and waits for
   /// its end. The host takes only the one command that the program has use for ("/bin/rm" "-rf" and
-  /// one absolute, normalised path without links on the way) and checks on the privileged side again
-  /// that the path may go, with `shown` also that device, inode and kind are those.
+  /// one absolute, normalised path without links on the way) and checks on the privileged side
+  /// again that the path may go, with `shown` also that device, inode and kind are those.
   virtual int execute(Reference reference, const std::string& tool,
                       const std::vector<std::string>& arguments,
                       const std::optional<FileIdentity>& shown, Result& result) = 0;
 
   /// Removes `packages` with the system's package manager as administrator, on a handle that holds
   /// the right: the first one, with which exactly the others must go. The privileged side makes the
-  /// plan itself and does nothing when it is another or holds what must stay. `progress` gets values
-  /// from 0 to 1 on the calling thread. What went wrong is in `result.output`; hosts without a
-  /// package manager deny.
+  /// plan itself and does nothing when it is another or holds what must stay. `progress` gets
+  /// values from 0 to 1 on the calling thread. What went wrong is in `result.output`; hosts without
+  /// a package manager deny.
   virtual int removePackages(Reference /*reference*/, const std::vector<std::string>& /*packages*/,
                              const std::function<void(double)>& /*progress*/, Result& /*result*/) {
     return kDenied;

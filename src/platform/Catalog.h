@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileIdentity.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -7,8 +9,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "FileIdentity.h"
 
 namespace brisko {
 
@@ -20,7 +20,7 @@ struct CatalogItem {
   std::uint64_t inode = 0;
 
   // Filled by Folder::information; zero before.
-  std::uint64_t dataSize = 0;       ///< logical size of the data fork, bytes; regular files and links
+  std::uint64_t dataSize = 0;  ///< logical size of the data fork, bytes; regular files and links
   std::uint64_t resourceSize = 0;   ///< logical size of the resource fork, bytes; 0 without forks
   std::uint64_t allocatedSize = 0;  ///< bytes the file system holds for it
   std::uint64_t device = 0;
@@ -32,7 +32,8 @@ struct CatalogItem {
   std::int64_t creationSeconds = 0;  ///< since 1970, UTC; 0 where the file system keeps none
 };
 
-/// Names and facts of one batch; reused from read to read so that a walk allocates nothing per file.
+/// Names and facts of one batch; reused from read to read so that a walk allocates nothing per
+/// file.
 struct CatalogBatch {
   std::vector<CatalogItem> items;
   std::vector<char> names;  ///< what the items' names point into
@@ -42,7 +43,8 @@ struct CatalogBatch {
 /// file and without following links.
 class Catalog {
  public:
-  /// An open folder. One thread reads it; `information` and `open` may be called by several at once.
+  /// An open folder. One thread reads it; `information` and `open` may be called by several at
+  /// once.
   class Folder {
    public:
     virtual ~Folder() = default;
@@ -59,8 +61,9 @@ class Catalog {
     /// Null on failure, with errno's value in `error`.
     virtual std::unique_ptr<Folder> open(std::string_view name, int& error) = 0;
 
-    /// Opens the folder that holds this one, if that still is the given one: a folder that was moved
-    /// meanwhile does not lead a walk elsewhere. Null on failure, with errno's value in `error`.
+    /// Opens the folder that holds this one, if that still is the given one: a folder that was
+    /// moved meanwhile does not lead a walk elsewhere. Null on failure, with errno's value in
+    /// `error`.
     virtual std::unique_ptr<Folder> openParent(std::uint64_t device, std::uint64_t inode,
                                                int& error) = 0;
 

@@ -22,15 +22,15 @@ enum class FileKind : std::uint8_t {
 /// Which item a path named at the moment it was shown to the user.
 ///
 /// Before anything is removed the path is looked at again and must still name the same item: same
-/// device, inode and kind, and for a regular file the same size and modification time. A folder's own
-/// times are left out because its content is what the user asked to remove.
+/// device, inode and kind, and for a regular file the same size and modification time. A folder's
+/// own times are left out because its content is what the user asked to remove.
 struct FileIdentity {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
   FileKind kind = FileKind::unknown;
-  std::uint64_t size = 0;                   ///< bytes; regular files only, else 0
-  std::int64_t modificationSeconds = 0;     ///< since 1970, UTC; regular files only, else 0
-  std::int64_t modificationNanoseconds = 0; ///< 0 to 999,999,999; regular files only, else 0
+  std::uint64_t size = 0;                    ///< bytes; regular files only, else 0
+  std::int64_t modificationSeconds = 0;      ///< since 1970, UTC; regular files only, else 0
+  std::int64_t modificationNanoseconds = 0;  ///< 0 to 999,999,999; regular files only, else 0
 
   friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 

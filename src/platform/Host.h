@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "Authorization.h"
 #include "Catalog.h"
 #include "HostActivity.h"
@@ -15,6 +12,9 @@
 #include "SmartDevice.h"
 #include "SystemVersion.h"
 #include "Workspace.h"
+
+#include <memory>
+#include <string>
 
 namespace brisko {
 

@@ -6,8 +6,8 @@
 
 namespace brisko {
 
-/// Where the system keeps things. Every absolute location is asked for here and put together nowhere
-/// else, so that a mounted disk or a backup can stand in for "/".
+/// Where the system keeps things. Every absolute location is asked for here and put together
+/// nowhere else, so that a mounted disk or a backup can stand in for "/".
 ///
 /// With a root, all locations lie below it. Paths have no trailing slash and are not checked for
 /// existence.
@@ -31,12 +31,12 @@ class HostFolders {
   /// The folder named after the user in the folder that holds all homes ("/Users/NAME").
   virtual std::string userFolder() const = 0;
 
-  /// The folder in which volumes are mounted: "/Volumes" below a root, the desktop's media folder of
-  /// the user on the running system.
+  /// The folder in which volumes are mounted: "/Volumes" below a root, the desktop's media folder
+  /// of the user on the running system.
   virtual std::string volumes() const = 0;
 
-  /// The temporary folder of this user, fit for files with fixed names: made with mode 0700 and owned
-  /// by the user; empty when no such folder can be made.
+  /// The temporary folder of this user, fit for files with fixed names: made with mode 0700 and
+  /// owned by the user; empty when no such folder can be made.
   virtual std::string temporary() const = 0;
 
   /// What a placeholder of a location table stands for on this host: HOME, USER, UID, and the base
@@ -59,9 +59,12 @@ class HostFolders {
   /// What the domain's folders stand in: the home, the root, or the root's "/Network".
   std::string domainFolder(Domain domain) const {
     switch (domain) {
-      case Domain::user: return home();
-      case Domain::local: return root();
-      case Domain::network: return path("/Network");
+      case Domain::user:
+        return home();
+      case Domain::local:
+        return root();
+      case Domain::network:
+        return path("/Network");
     }
     return root();
   }

@@ -6,8 +6,8 @@
 
 namespace brisko {
 
-/// Keeps the machine awake. What is held here is let go by the system when the process ends, however
-/// it ends.
+/// Keeps the machine awake. What is held here is let go by the system when the process ends,
+/// however it ends.
 class PowerAssertion {
  public:
   using Identifier = std::uint32_t;

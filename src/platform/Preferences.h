@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "PropertyList.h"
+
+#include <string>
 
 namespace brisko {
 
@@ -14,9 +14,9 @@ class Preferences {
 
   virtual ~Preferences() = default;
 
-  /// The value under `key`, null when the domain or the key is missing. The application's own domain
-  /// falls back to the global one. The global "AppleLanguages" is derived from the session's locale
-  /// when nobody has set it.
+  /// The value under `key`, null when the domain or the key is missing. The application's own
+  /// domain falls back to the global one. The global "AppleLanguages" is derived from the session's
+  /// locale when nobody has set it.
   virtual PropertyList value(const std::string& domain, const std::string& key) = 0;
   virtual PropertyList persistentDomain(const std::string& domain) = 0;
 

@@ -4,8 +4,8 @@
 
 namespace brisko {
 
-/// Where the program's own files lie, found from the executable that runs, whichever of its own it is.
-/// Empty when the system does not tell.
+/// Where the program's own files lie, found from the executable that runs, whichever of its own it
+/// is. Empty when the system does not tell.
 class ProgramFiles {
  public:
   /// The program that people start ("…/bin/brisko").

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <fmt/format.h>
+
 #include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include <fmt/format.h>
 
 namespace brisko {
 
@@ -28,9 +28,9 @@ class SystemLog {
   /// Also writes every line to standard error ("--verbose").
   static void setEchoToStandardError(bool echo);
 
-  /// Gives every line to `sink` as well, one at a time, until another sink or an empty one takes its
-  /// place; none is in the old one when this returns. A sink must not log itself. Tests
-  /// read the log through it. Returns the sink that was there.
+  /// Gives every line to `sink` as well, one at a time, until another sink or an empty one takes
+  /// its place; none is in the old one when this returns. A sink must not log itself. Tests read
+  /// the log through it. Returns the sink that was there.
   static Sink setSink(Sink sink);
 };
 

@@ -57,16 +57,16 @@ class Workspace {
   virtual void stopObserving(int token) = 0;
 
   /// The name of the icon that suits what `path` names, in the icon-naming convention of desktops
-  /// ("folder", "text-x-generic" …). Goes by kind and name and opens no file, but for a desktop entry,
-  /// whose application's icon it gives (a name, or an absolute path).
+  /// ("folder", "text-x-generic" …). Goes by kind and name and opens no file, but for a desktop
+  /// entry, whose application's icon it gives (a name, or an absolute path).
   virtual std::string iconName(const std::string& path) = 0;
   /// The same for an item that was looked at already. Long lists ask this: it makes no system call.
   virtual std::string iconNameOfKind(const std::string& path, FileKind /*kind*/) {
     return iconName(path);
   }
 
-  /// What people call the item at `path` where that is not its file's name: an application's name for
-  /// its desktop entry. Empty otherwise.
+  /// What people call the item at `path` where that is not its file's name: an application's name
+  /// for its desktop entry. Empty otherwise.
   virtual std::string displayName(const std::string& /*path*/) { return {}; }
 
   /// Opens a web or settings address in the program that the user set for it. False when none could

@@ -34,11 +34,10 @@ std::string text(const TaskManagerModel& model) {
   std::string lines =
       Style::ofStandardOutput().dim(line("PID", "Name", "cpu", "memory", "running for"));
   for (const TaskManagerInfo& row : model.allApplications()) {
-    lines += line(std::to_string(row.pID),
-                  escapedForDisplay(TaskManagerModel::cellText(row, "Name")),
-                  TaskManagerModel::cellText(row, "cpu"),
-                  TaskManagerModel::cellText(row, "memroy"),
-                  TaskManagerModel::cellText(row, "time"));
+    lines +=
+        line(std::to_string(row.pID), escapedForDisplay(TaskManagerModel::cellText(row, "Name")),
+             TaskManagerModel::cellText(row, "cpu"), TaskManagerModel::cellText(row, "memroy"),
+             TaskManagerModel::cellText(row, "time"));
   }
   return lines;
 }

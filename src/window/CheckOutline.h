@@ -7,9 +7,9 @@
 
 namespace brisko {
 
-/// A tree of rows with a check box each in the first column and their names in the second. Boxes are
-/// drawn, not made of widgets, and all rows are of one height, so its cost is that of the rows in
-/// sight. Space toggles the highlighted row's box, left and right close and open rows, and so do
+/// A tree of rows with a check box each in the first column and their names in the second. Boxes
+/// are drawn, not made of widgets, and all rows are of one height, so its cost is that of the rows
+/// in sight. Space toggles the highlighted row's box, left and right close and open rows, and so do
 /// Return and a double click.
 class CheckOutline : public QTreeView {
   Q_OBJECT

@@ -275,8 +275,8 @@ TEST_F(ProtectedPathsTest, TheProgramItselfStays) {
   const std::string self = fs::read_symlink("/proc/self/exe");
   EXPECT_TRUE(ProtectedPaths::current()->reasonFor(self));
   EXPECT_TRUE(ProtectedPaths::current()->reasonFor(fs::path(self).parent_path()));
-  EXPECT_TRUE(ProtectedPaths::current()->reasonFor(buildTree() +
-                                                   "/libexec/brisko/brisko-removal-helper"));
+  EXPECT_TRUE(
+      ProtectedPaths::current()->reasonFor(buildTree() + "/libexec/brisko/brisko-removal-helper"));
 }
 
 TEST(PatternTest, StarsAndDigits) {

@@ -28,7 +28,7 @@ struct FakeWorkspace : Workspace {
   }
 
   std::map<std::string, std::string> names;  ///< by path
-  std::set<int> ended;  ///< processes that are gone though they are listed
+  std::set<int> ended;                       ///< processes that are gone though they are listed
 
   /// Writes to `applications` while a model may be reading them.
   void setApplications(std::vector<LaunchedApplication> now) {

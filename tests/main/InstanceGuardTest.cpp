@@ -120,7 +120,8 @@ TEST_F(Instances, ProgramEndsWhenAnotherOneShowsTheSameRoot) {
   const Environment platform("QT_QPA_PLATFORM", "offscreen");
   const TemporaryFolder root;
   const TemporaryFolder otherRoot;
-  for (const TemporaryFolder* each : {&root, &otherRoot}) markIntroduced(*each);
+  for (const TemporaryFolder* each : {&root, &otherRoot})
+    markIntroduced(*each);
   Program first(root.path());
   ASSERT_TRUE(first.hasStarted());
   ASSERT_TRUE(waitUntil([&] { return exists(InstanceGuard(root.path()).socketPath()); }));

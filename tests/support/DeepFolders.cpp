@@ -1,4 +1,5 @@
 #include "DeepFolders.h"
+
 #include "FileDescriptor.h"
 
 #include <cstring>

@@ -46,8 +46,9 @@ FormatPlan plan(const DiskAndVolumeObj& volume, const std::string& name, const s
 /// "" when the plan can be run; else how many characters of the name fit into its command.
 std::string refusal(const FormatPlan& plan);
 
-/// "" when the volume's device still holds the volume, by UUID and name; else a sentence. A question
-/// can stand for long, and a device name is given to the next stick that is put in. Blocks.
+/// "" when the volume's device still holds the volume, by UUID and name; else a sentence. A
+/// question can stand for long, and a device name is given to the next stick that is put in.
+/// Blocks.
 std::string changedSince(const DiskAndVolumeObj& volume);
 
 /// Runs it and waits for its end: not for the main thread. A plan that was to be refused ends the

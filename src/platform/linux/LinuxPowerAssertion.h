@@ -11,9 +11,9 @@ namespace brisko {
 
 /// Locks of the login manager against going to sleep when idle, and of the session's screen saver.
 ///
-/// The login manager's lock is an open descriptor and the screen saver's ends with the connection it
-/// was asked for on, so that both go with the process. Where only one of the two is to be had, that
-/// one is held: each keeps an idle machine awake.
+/// The login manager's lock is an open descriptor and the screen saver's ends with the connection
+/// it was asked for on, so that both go with the process. Where only one of the two is to be had,
+/// that one is held: each keeps an idle machine awake.
 class LinuxPowerAssertion : public PowerAssertion {
  public:
   Creation create(std::string_view type, int level, const std::string& name) override;

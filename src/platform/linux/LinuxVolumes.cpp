@@ -74,9 +74,10 @@ std::string labelOf(const std::string& device) {
   std::error_code error;
   const fs::path wanted = fs::canonical(device, error);
   if (error) return {};
-  for (const auto& entry : fs::directory_iterator("/dev/disk/by-label", error)) {
-    if (fs::canonical(entry.path(), error) != wanted) continue;
-    return udevDecoded(entry.path().filename());
+  for (fs::directory_iterator each("/dev/disk/by-label", error), end; !error && each != end;
+       each.increment(error)) {
+    std::error_code broken;
+    if (fs::canonical(each->path(), broken) == wanted) return udevDecoded(each->path().filename());
   }
   return {};
 }

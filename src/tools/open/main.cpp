@@ -32,7 +32,8 @@ bool activate(sd_bus* bus, const BusObject& screenSaver) {
   if (answer) {
     int isActive = 1;
     // Some answer nothing, others whether they did.
-    if (brisko::sd_bus_message_read(answer.get(), "b", &isActive) <= 0 || isActive != 0) return true;
+    if (brisko::sd_bus_message_read(answer.get(), "b", &isActive) <= 0 || isActive != 0)
+      return true;
   }
   // There are some that lock and know no other saver.
   return callBus(bus, screenSaver, "Lock", reason, "") != nullptr;

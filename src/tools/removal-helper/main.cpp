@@ -1,6 +1,6 @@
-// brisko-removal-helper: removes single paths and packages as root, for the one program that started
-// it through polkit or sudo, as long as that runs. It takes no arguments; its standard input and
-// output are the two directions of one socket.
+// brisko-removal-helper: removes single paths and packages as root, for the one program that
+// started it through polkit or sudo, as long as that runs. It takes no arguments; its standard
+// input and output are the two directions of one socket.
 
 #include "RemovalService.h"
 
