@@ -1,6 +1,7 @@
 #include "FileShareController.h"
 
 #include "CommUti.h"
+#include "Dispatch.h"
 #include "EntryTable.h"
 #include "FileShareTableModel.h"
 #include "ImageCheckBox.h"
@@ -104,7 +105,7 @@ void FileShareController::viewDragAction(const std::vector<std::string>& paths) 
   QStringList refused;
   for (const auto& [path, reason] : model_.addFileToArr(paths))
     refused << displayText(path) + QStringLiteral("\n    ") + displayText(reason);
-  if (FileShareModel::isAnyOnNtfs(paths)) NTFSWindowController(getView()).exec();
+  tellOfNtfs(paths);
   if (refused.isEmpty()) return;
   MessagePanel::Content content;
   content.imageName = "ic_warning";
@@ -114,6 +115,16 @@ void FileShareController::viewDragAction(const std::vector<std::string>& paths) 
   content.details = refused;
   content.answers = {{getLocalizedString("Done"), MessagePanel::Answer::Style::primary, 0}};
   MessagePanel::run(content, getView());
+}
+
+// In the background: a mounted server that does not answer would hold the window.
+void FileShareController::tellOfNtfs(const std::vector<std::string>& paths) {
+  Dispatch::global([paths, page = QPointer(getView())] {
+    if (!FileShareModel::isAnyOnNtfs(paths)) return;
+    Dispatch::mainAsync([page] {
+      if (page) NTFSWindowController(page).exec();
+    });
+  });
 }
 
 void FileShareController::setAllSelectOrNoSelect() {

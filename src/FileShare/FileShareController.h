@@ -57,6 +57,7 @@ class FileShareController : public PageController, private FileShareModelListene
   void showEndShred() override;
 
   void connectControls();
+  void tellOfNtfs(const std::vector<std::string>& paths);
   void showTimes();
   void showSummary();
   bool isEraseWanted();

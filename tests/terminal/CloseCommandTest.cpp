@@ -7,6 +7,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,12 +25,18 @@ class RunningApplication {
     std::filesystem::copy_file("/bin/sleep", program_);
     home_.file(".local/share/applications/made-up.desktop",
                "[Desktop Entry]\nType=Application\nName=Made-up Editor\nExec=" + program_ + "\n");
+    int started[2];
+    EXPECT_EQ(::pipe2(started, O_CLOEXEC), 0);
     process_ = ::fork();
     if (process_ == 0) {
       if (refuses) ::signal(SIGTERM, SIG_IGN);
       ::execl(program_.c_str(), program_.c_str(), "60", nullptr);
       ::_exit(127);
     }
+    ::close(started[1]);
+    char none;
+    EXPECT_EQ(::read(started[0], &none, 1), 0) << "it ends when the program runs";
+    ::close(started[0]);
   }
   ~RunningApplication() {
     ::kill(process_, SIGKILL);

@@ -124,9 +124,11 @@ TEST_F(ShredPage, ItemsOnNtfsBringTheNotice) {
   });
   poll.start(5);
   drop("dropArea", {root.file("plain", "1")});
+  Dispatch::waitForBackground();
+  QTest::qWait(20);
   EXPECT_EQ(shown, 0);
   drop("listArea", {root.file("ntfs/one", "1")});
-  EXPECT_EQ(shown, 1);
+  EXPECT_TRUE(waitUntil([&] { return shown == 1; }));
 }
 
 TEST_F(ShredPage, NothingGoesWithoutTheConfirmation) {
