@@ -124,7 +124,7 @@ TEST_F(JunkCommandLine, cleanRemovesWhatStartsTickedAndNothingElse) {
   auto expected = treeOf(image.root);
   const json found = junk({"--json"}).json();
   const Outcome outcome = junk({"--json", "--clean", "--yes"});
-  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
   const json document = outcome.json();
   EXPECT_EQ(document["categories"], found["categories"]) << "what was found, before cleaning";
   EXPECT_TRUE(document["failed"].empty());

@@ -1,5 +1,7 @@
 #include "LinuxLaunchedApplications.h"
 
+#include "RegularFile.h"
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
@@ -71,8 +73,10 @@ int processNumber(const std::string& name) {
 }
 
 std::string contentOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  // Not by a stream's iterator, which throws when the process ends between opening and reading.
+  constexpr std::size_t kMaximum = 1 << 20;
+  int error = 0;
+  return readFile(file, kMaximum, error).value_or("");
 }
 
 std::vector<std::string> commandOf(const std::string& process) {
